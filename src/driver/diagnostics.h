@@ -1,5 +1,5 @@
-// Messages: one numbered table of texts (driver/messages.def), a severity chosen by the caller, a position and
-// text arguments. Everybody reports through these functions; driver/diagnostics.cpp owns the counters.
+// Messages: one numbered table of texts (driver/messages.def), a severity chosen by the caller, a position
+// and text arguments. Everybody reports through these functions; driver/diagnostics.cpp owns the counters.
 #pragma once
 
 #include "source/position.h"
@@ -70,7 +70,8 @@ template <class... Args> void error_at(error_code code, source_pos position, con
 template <class... Args> void error(error_code code, const Args &...args) {
     report_message(severity_error, code, error_pos, args...);
 }
-template <class... Args> [[noreturn]] void catastrophe_at(error_code code, source_pos position, const Args &...args) {
+template <class... Args>
+[[noreturn]] void catastrophe_at(error_code code, source_pos position, const Args &...args) {
     report_message(severity_catastrophe, code, position, args...);
     std::abort();
 }

@@ -1,5 +1,5 @@
-// The main flow of a compilation: initialisation, the loop over program units, the end checks, the outputs, and
-// the one way out of the process.
+// The main flow of a compilation: initialisation, the loop over program units, the end checks, the outputs,
+// and the one way out of the process.
 #pragma once
 
 #include "il/records.h"

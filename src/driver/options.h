@@ -55,8 +55,8 @@ const char *last_path_separator(const char *path);
 // A fresh copy of the directory part with its separator; empty if there is none.
 char *dir_part(const char *path);
 
-// `dir`, a separator where one is missing, `name`, `suffix`: in `buffer` if it fits there with its NUL, else in
-// fresh memory. The separator is "/" if `dir` contains one anywhere, else "\". `name` itself if `dir` and
+// `dir`, a separator where one is missing, `name`, `suffix`: in `buffer` if it fits there with its NUL, else
+// in fresh memory. The separator is "/" if `dir` contains one anywhere, else "\". `name` itself if `dir` and
 // `suffix` are empty.
 const char *make_path(const char *dir, const char *name, const char *suffix, char *buffer,
                       std::size_t buffer_size);

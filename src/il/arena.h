@@ -1,6 +1,6 @@
 // Memory of the intermediate language: regions of bump-allocated blocks that are dropped as a whole, one free
-// list of spare blocks for all regions, and a thin pair of calls to the system allocator for tables that grow.
-// No allocator result needs a test: running out of memory is a catastrophic error and does not return.
+// list of spare blocks for all regions, and a thin pair of calls to the system allocator for tables that
+// grow. No allocator result needs a test: running out of memory is a catastrophic error and does not return.
 #pragma once
 
 #include <cstddef>

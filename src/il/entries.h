@@ -1,6 +1,6 @@
-// What all entries of the intermediate language have in common: initialisation, the constructors, the sentinel
-// records, and the walker on which every operation over the whole IL rests. Constructors that need more than
-// zeroes are told in the header of their family (il/types.h, il/constants.h).
+// What all entries of the intermediate language have in common: initialisation, the constructors, the
+// sentinel records, and the walker on which every operation over the whole IL rests. Constructors that need
+// more than zeroes are told in the header of their family (il/types.h, il/constants.h).
 #pragma once
 
 #include "il/arena.h"
@@ -54,12 +54,13 @@ using il_visitor = void (*)(il_entry *entry, entry_kind kind, std::uint32_t size
 // The scope being walked, null outside of any.
 extern scope *walking_scope;
 
-// While set, the walk is that of a module file: private parts, bodies and expressions of constants are left out.
+// While set, the walk is that of a module file: private parts, bodies and expressions of constants are left
+// out.
 extern bool module_mode;
 
-// Two passes over everything reachable from the root, each entry once a pass, an entry before its children and
-// its name before it. A pre-step, if not null, is called with the root first; a visitor may be null. Depth costs
-// memory, not stack.
+// Two passes over everything reachable from the root, each entry once a pass, an entry before its children
+// and its name before it. A pre-step, if not null, is called with the root first; a visitor may be null.
+// Depth costs memory, not stack.
 void walk_il(il_entry *root, entry_kind kind, std::uint32_t size, il_visitor first_pre_step,
              il_visitor first_visitor, il_visitor second_pre_step, il_visitor second_visitor);
 

@@ -237,10 +237,10 @@ struct object : named_entry {
     } variant;
     std::int32_t association_offset; // bytes from the start of the storage object
     union {
-        object *routine;   // owner of a local, host of an internal procedure
-        object *variable;  // sc_associated: the storage object
-        expr_node *implied_do; // sc_implied_do_var
-        object *module;    // sc_use_associated, sc_mod_proc
+        object *routine;           // owner of a local, host of an internal procedure
+        object *variable;          // sc_associated: the storage object
+        expr_node *implied_do;     // sc_implied_do_var
+        object *module;            // sc_use_associated, sc_mod_proc
         struct type *derived_type; // sc_type_field
     } assoc;
 };
@@ -311,22 +311,22 @@ struct expr_node : il_entry {
     };
     // The three variant words.
     union {
-        operation_kind op_kind;             // enk_operation
-        intrinsic_code intrinsic;           // enk_intrinsic
-        struct object *routine;                    // enk_call
-        struct interface *generic;                 // enk_generic_call
-        struct constant *constant;          // enk_constant
-        struct label *stmt_label_value;            // enk_stmt_label_value
-        struct object *object;              // enk_object, enk_data_implied_do_var
-        expr_node *base_expr;               // enk_field
-        expr_node *array_expr;              // enk_subscript, enk_substring, enk_section
-        expr_node *constructor;             // enk_constructor: a list
-        expr_node *expr_list;               // enk_implied_do, enk_isum: a list
-        expr_node *first;                   // enk_triplet
-        expr_node *reference;               // enk_ref
-        struct param_type *parameter;              // enk_param
-        struct interface *interface_block;  // enk_interface_block
-        struct symbol *symbol;              // enk_symbol, enk_symbol_call
+        operation_kind op_kind;            // enk_operation
+        intrinsic_code intrinsic;          // enk_intrinsic
+        struct object *routine;            // enk_call
+        struct interface *generic;         // enk_generic_call
+        struct constant *constant;         // enk_constant
+        struct label *stmt_label_value;    // enk_stmt_label_value
+        struct object *object;             // enk_object, enk_data_implied_do_var
+        expr_node *base_expr;              // enk_field
+        expr_node *array_expr;             // enk_subscript, enk_substring, enk_section
+        expr_node *constructor;            // enk_constructor: a list
+        expr_node *expr_list;              // enk_implied_do, enk_isum: a list
+        expr_node *first;                  // enk_triplet
+        expr_node *reference;              // enk_ref
+        struct param_type *parameter;      // enk_param
+        struct interface *interface_block; // enk_interface_block
+        struct symbol *symbol;             // enk_symbol, enk_symbol_call
     };
     union {
         expr_node *operands;      // enk_operation, enk_intrinsic, enk_call, enk_generic_call, enk_symbol_call
@@ -360,32 +360,32 @@ struct statement : il_entry {
     expr_node *expr; // head of the statement's expression list
     // The two variant words.
     union {
-        statement *then_statement;     // stmk_if
-        statement *body_statement;     // stmk_while, stmk_select
-        struct label *label;           // stmk_goto, stmk_label
-        statement *statements;         // stmk_block: a list
-        entry_description *entry_descr; // stmk_fentry
-        statement *loop_statement;     // stmk_ido, stmk_fdo
+        statement *then_statement;           // stmk_if
+        statement *body_statement;           // stmk_while, stmk_select
+        struct label *label;                 // stmk_goto, stmk_label
+        statement *statements;               // stmk_block: a list
+        entry_description *entry_descr;      // stmk_fentry
+        statement *loop_statement;           // stmk_ido, stmk_fdo
         struct label_list_entry *label_list; // arithmetic IF, computed and assigned GO TO
-        constant *stop_pause_string;   // stmk_stop, stmk_pause
-        struct case_range *case_range_list; // stmk_case; null for CASE DEFAULT
-        statement *constr_label;       // stmk_exit, stmk_cycle: the statement with the construct's label
-        statement *where_assignment;   // stmk_where
-        struct alloc *alloc_list;      // stmk_alloc
-        expr_node *dealloc_list;       // stmk_dealloc
-        object *array_variable;        // stmk_set_array_shape
-        object *string_variable;       // stmk_set_char_length
+        constant *stop_pause_string;         // stmk_stop, stmk_pause
+        struct case_range *case_range_list;  // stmk_case; null for CASE DEFAULT
+        statement *constr_label;            // stmk_exit, stmk_cycle: the statement with the construct's label
+        statement *where_assignment;        // stmk_where
+        struct alloc *alloc_list;           // stmk_alloc
+        expr_node *dealloc_list;            // stmk_dealloc
+        object *array_variable;             // stmk_set_array_shape
+        object *string_variable;            // stmk_set_char_length
         input_output_description *io_descr; // stmk_open to stmk_rewind
     };
     union {
-        statement *else_statement;      // stmk_if
-        statement *last_statement;      // stmk_block: the list's tail
-        statement *prologue;            // stmk_fentry: a list
-        struct do_loop *do_loop;        // stmk_ido, stmk_fdo
-        statement *case_statements;     // stmk_case
+        statement *else_statement;       // stmk_if
+        statement *last_statement;       // stmk_block: the list's tail
+        statement *prologue;             // stmk_fentry: a list
+        struct do_loop *do_loop;         // stmk_ido, stmk_fdo
+        statement *case_statements;      // stmk_case
         statement *elsewhere_assignment; // stmk_where
-        expr_node *stat_variable;       // stmk_alloc, stmk_dealloc
-        bool treated_as_io_initializer; // stmk_open to stmk_rewind
+        expr_node *stat_variable;        // stmk_alloc, stmk_dealloc
+        bool treated_as_io_initializer;  // stmk_open to stmk_rewind
     };
 };
 
@@ -472,9 +472,9 @@ enum symbol_aux_flags : std::uint32_t {
 };
 
 struct symbol : il_entry {
-    atom *name;             // never null
-    symbol *next_same_name; // on the atom's chain
-    symbol *next_in_scope;  // on the list of its scope row
+    atom *name;               // never null
+    symbol *next_same_name;   // on the atom's chain
+    symbol *next_in_scope;    // on the list of its scope row
     std::int32_t scope_depth; // 0 global, -1 in no scope
     source_pos decl_position;
     bool from_module; // came in by USE

@@ -1,6 +1,6 @@
-// Physical lines into statements. Lines are read and classified one at a time; a statement starts with one line
-// in `stmt_buffer`, and the tokenizer asks for the next one only when it reaches the end of the text, so that at
-// most one line is pending. All positions in the buffer map back to lines through `line_segments`.
+// Physical lines into statements. Lines are read and classified one at a time; a statement starts with one
+// line in `stmt_buffer`, and the tokenizer asks for the next one only when it reaches the end of the text, so
+// that at most one line is pending. All positions in the buffer map back to lines through `line_segments`.
 #pragma once
 
 #include "driver/diagnostics.h"
