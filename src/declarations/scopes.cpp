@@ -46,17 +46,6 @@ template <class T> void append(T *&head, T *&tail, T *item) {
     tail = item;
 }
 
-// The routine of a row, or of the nearest row below that has one: a derived type has none of its own.
-object *routine_of_row(std::int32_t depth) {
-    for (; depth > 0; --depth) {
-        const scope *s = scope_stack[depth].il_scope;
-        if (s && s->assoc_routine) {
-            return s->assoc_routine;
-        }
-    }
-    return nullptr;
-}
-
 bool is_module_row(const scope_row &row) {
     return row.il_scope && row.il_scope->assoc_routine &&
            row.il_scope->assoc_routine->storage_class == sc_module;
@@ -218,11 +207,22 @@ void set_standard_implicit_types(scope_row &row) {
     }
 }
 
+// A derived type has no routine of its own, nor has a row of USE: the nearest row below that has one counts.
+object *routine_at(std::int32_t depth) {
+    for (; depth > 0; --depth) {
+        const scope *s = scope_stack[depth].il_scope;
+        if (s && s->assoc_routine) {
+            return s->assoc_routine;
+        }
+    }
+    return nullptr;
+}
+
 program_unit_kind unit_kind_of(std::int32_t depth) {
     if (depth < 1 || depth > curr_scope_depth) {
         return uk_none;
     }
-    const object *routine = routine_of_row(depth);
+    const object *routine = routine_at(depth);
     if (!routine) {
         return uk_none;
     }
@@ -239,8 +239,6 @@ program_unit_kind unit_kind_of(std::int32_t depth) {
     default: return uk_none;
     }
 }
-
-object *curr_routine() { return routine_of_row(curr_scope_depth); }
 
 void add_parameter(scope_row &row, object_list_member *member) {
     append(row.il_scope->parameters, row.last_parameter, member);

@@ -28,11 +28,13 @@ enum program_unit_kind : std::uint8_t {
 struct unit_state {
     struct equiv_group *equiv_groups; // the EQUIVALENCE lists, in order (declarations/storage.h)
     struct equiv_group *last_equiv_group;
-    struct common_info *common_list; // the COMMON blocks, in order of first mention
-    bool spec_part_over;             // an executable statement or CONTAINS has been met
-    bool has_automatic;              // the unit has automatic objects
-    bool global_save;                // SAVE without a list
-    bool any_save;                   // some SAVE statement
+    struct common_info *common_list;       // the COMMON blocks, in order of first mention
+    object_list_member *alternate_returns; // the objects of "*" dummy arguments, in order
+    object_list_member *last_alternate_return;
+    bool spec_part_over; // an executable statement or CONTAINS has been met
+    bool has_automatic;  // the unit has automatic objects
+    bool global_save;    // SAVE without a list
+    bool any_save;       // some SAVE statement
 };
 
 struct scope_row {
@@ -97,8 +99,11 @@ void set_standard_implicit_types(scope_row &row);
 // routine.
 program_unit_kind unit_kind_of(std::int32_t depth);
 
+// The routine of the unit that a row belongs to; null below row 1.
+object *routine_at(std::int32_t depth);
+
 // The routine of the unit, null at depth 0.
-object *curr_routine();
+inline object *curr_routine() { return routine_at(curr_scope_depth); }
 
 // Appends to the lists of the scope of a row.
 void add_parameter(scope_row &row, object_list_member *member);

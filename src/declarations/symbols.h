@@ -87,6 +87,10 @@ symbol *find_intrinsic_subroutine(const symbol *s);
 // The type that the implicit rules of the symbol's own scope give to its name, or null.
 type *implicit_type_of(const symbol *s);
 
+// Ties an entry to its declaration: name, position, depth and mark of reference are those of the symbol. The
+// empty names give no name.
+void tie_to_symbol(named_entry *entry, symbol *s);
+
 // ---- look-ups of `curr_name`. All skip invisible symbols and common blocks, whose names are a space apart.
 
 // Set while an array bound or another specification expression is read: names used in it are marked
