@@ -89,7 +89,14 @@ type *implicit_type_of(const symbol *s);
 
 // Ties an entry to its declaration: name, position, depth and mark of reference are those of the symbol. The
 // empty names give no name.
-void tie_to_symbol(named_entry *entry, symbol *s);
+inline void tie_to_symbol(named_entry *entry, symbol *s) {
+    entry->symbol_link = s;
+    entry->source_corresp.name = s->name->length != 0 ? s->name : nullptr;
+    entry->source_corresp.decl_position = s->decl_position;
+    entry->source_corresp.referenced = (s->flags & sf_referenced) != 0;
+    entry->source_corresp.scope_depth =
+        s->scope_depth < 0 ? depth_out_of_scope : static_cast<std::uint8_t>(s->scope_depth);
+}
 
 // ---- look-ups of `curr_name`. All skip invisible symbols and common blocks, whose names are a space apart.
 
