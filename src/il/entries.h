@@ -36,6 +36,11 @@ scope *new_scope();
 source_file *new_source_file();
 bound_info_entry *new_bound_info_entry(unsigned rank); // every bound undefined
 
+// The size of a bound_info_entry in the file format, and back: a head of 8 bytes, then two bounds of 8 bytes
+// for each dimension.
+constexpr std::uint32_t bound_info_size(unsigned rank) { return 16 * rank + 8; }
+constexpr unsigned bound_info_rank(std::uint32_t size) { return (size - 8) / 16; }
+
 // A node stamped with `error_pos`, of the unknown type, with `allow_reordering` set.
 expr_node *new_expr_node(expr_node_kind kind);
 void set_expr_node_kind(expr_node *node, expr_node_kind kind); // stores the kind and resets the variant
