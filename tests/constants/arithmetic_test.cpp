@@ -484,8 +484,9 @@ std::optional<std::string> failure(operation_kind op, const fold_value &left, co
         return std::nullopt;
     }
     EXPECT_EQ(error_count, before + 1);
-    const std::size_t colon = printed.find("error:   ");
-    return colon == std::string::npos ? printed : printed.substr(colon + 9, printed.size() - colon - 10);
+    // "... error:   TEXT" and the end of the line.
+    const std::size_t word = printed.find("rror:   ");
+    return word == std::string::npos ? printed : printed.substr(word + 8, printed.size() - word - 9);
 }
 
 TEST_F(arithmetic, unary_operators) {

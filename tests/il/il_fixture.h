@@ -11,4 +11,9 @@ struct il_test : testing::Test {
         zf90::region_init();
         zf90::il_init();
     }
+    ~il_test() override {
+        for (std::int32_t region = zf90::highest_region; region >= 0; --region) {
+            zf90::free_region(region);
+        }
+    }
 };
