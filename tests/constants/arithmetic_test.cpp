@@ -533,7 +533,8 @@ TEST_F(arithmetic, integer_operators) {
     EXPECT_EQ(binary(eok_iadd, integer(20000, 0), integer(20000, 0), integer_type(0)).integer, 40000);
 
     const char *range = message_text(msg_integer_operation_result_is_out_of_range);
-    EXPECT_EQ(failure(eok_iadd, integer(largest), integer(1), t), range);
+    EXPECT_EQ(failure(eok_iadd, integer(largest), integer(1), t),
+              message_text(msg_integer_operation_result_is_out_of_range));
     EXPECT_EQ(failure(eok_isubtract, integer(-largest), integer(2), t), range);
     EXPECT_EQ(failure(eok_imultiply, integer(65536), integer(65536), t), range);
     EXPECT_EQ(failure(eok_i_to_i_expon, integer(2), integer(31), t), range);
