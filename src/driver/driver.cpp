@@ -3,7 +3,9 @@
 
 #include "driver/diagnostics.h"
 #include "driver/options.h"
+#include "il/constants.h"
 #include "il/entries.h"
+#include "output/il_writer.h"
 #include "source/files.h"
 #include "source/lines.h"
 
@@ -211,6 +213,10 @@ void compile(int argc, char **argv) {
         begin_unit_state();
     }
     finish_listing_outputs();
+    if (error_count == 0) {
+        merge_constants(il_root);
+        write_il_file(il_root);
+    }
     const int code = error_count != 0     ? completion_errors
                      : warning_count != 0 ? completion_warnings
                                           : completion_clean;
