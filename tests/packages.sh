@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by ./run and ./test.
 # need_packages NAME...: makes sure that these Debian packages are there. A package that provides a command
 # counts as there when the command is. What is missing is installed when the user is root; else it is named, and the
