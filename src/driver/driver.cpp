@@ -214,7 +214,7 @@ void compile(int argc, char **argv) {
     }
     finish_listing_outputs();
     if (error_count == 0) {
-        merge_constants(il_root);
+        merge_constants(&il_root);
         write_il_file(il_root);
     }
     const int code = error_count != 0     ? completion_errors
