@@ -201,6 +201,7 @@ void finish_listing_outputs() {
 void compile(int argc, char **argv) {
     std::signal(SIGINT, interrupted);
     std::signal(SIGTERM, interrupted);
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone away is a failed write like any other
     std::setvbuf(diagnostic_stream(), nullptr, _IOLBF, BUFSIZ);
     region_init();
     parse_command_line(argc, argv);
