@@ -1,10 +1,12 @@
 // The names of procedures in the scopes around them, entry points, dummy arguments and results.
 #include "declarations/routines.h"
 
+#include "declarations/external_names.h"
 #include "declarations/scopes.h"
 #include "declarations/variables.h"
 #include "il/entries.h"
 #include "il/types.h"
+#include "source/tokens.h"
 
 #include <algorithm>
 
@@ -31,11 +33,11 @@ symbol *meaning_at(atom *name, std::int32_t depth) {
 struct procedure_header {
     bool is_function;
     bool is_entry;
-    type *given;            // the type before FUNCTION; unknown if there is none, void of a subroutine
-    symbol_kind kind;       // what the name becomes
-    std::int32_t outer;     // depth of the scope that the name belongs to
-    object *reused = nullptr; // the object that the name had, if it is to stay
-    bool hidden = false;      // a generic has the name: the procedure itself is not seen by look-ups
+    type *given; // the type before FUNCTION; unknown if there is none, void of a subroutine
+    symbol_kind kind = sk_undetermined; // what the name becomes
+    std::int32_t outer = 0;             // depth of the scope that the name belongs to
+    object *reused = nullptr;           // the object that the name had, if it is to stay
+    bool hidden = false; // a generic has the name: the procedure itself is not seen by look-ups
 };
 
 bool is_internal(const procedure_header &h) {
@@ -54,14 +56,15 @@ bool is_undefined_pointer(const symbol *s) {
 error_code check_entry(const procedure_header &h, atom *name) {
     // Only a subroutine is tested here: an ENTRY in an internal function has no error 194. Intended.
     if (h.kind == sk_internal_subroutine && unit_kind_of(h.outer) != uk_module) {
-        return msg_entry_statement_not_allowed;
+        return msg_entry_statement_is_not_allowed;
     }
     const symbol *local = name ? meaning_at(name, curr_scope_depth) : nullptr;
     if (!local) {
         return no_error;
     }
-    const bool may_be_result = h.is_function && (local->kind == sk_undetermined || is_undefined_pointer(local));
-    return may_be_result ? no_error : msg_declaration_conflicts;
+    const bool may_be_result =
+        h.is_function && (local->kind == sk_undetermined || is_undefined_pointer(local));
+    return may_be_result ? no_error : msg_declaration_conflicts_with_previous_specifications;
 }
 
 // The procedure that MODULE PROCEDURE has hidden behind a generic of the same name.
@@ -79,7 +82,7 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
     switch (s->kind) {
     case sk_undetermined:
         if (is_external && common_block_exists(name.atom)) {
-            return msg_declaration_conflicts;
+            return msg_declaration_conflicts_with_previous_specifications;
         }
         if (!(s->flags & sf_typed)) {
             return no_error;
@@ -88,17 +91,17 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
             h.given = entity_as<type>(s);
             return no_error;
         }
-        return msg_declaration_conflicts;
+        return msg_declaration_conflicts_with_previous_specifications;
     case sk_module_procedure:
         if (!is_external && unit_kind_of(h.outer) != uk_module) {
             s->aux2 |= pf_body_seen; // there will be no complaint that the body is missing
-            return msg_previously_module_procedure;
+            return msg_previously_mentioned_as_module_procedure;
         }
         h.reused = entity_as<object>(s);
         return no_error;
     case sk_dummy:
         if (interface_depth == 0) {
-            return msg_declaration_conflicts;
+            return msg_declaration_conflicts_with_previous_specifications;
         }
         h.kind = h.is_function ? sk_dummy_function : sk_dummy_subroutine;
         h.reused = entity_as<object>(s);
@@ -108,7 +111,7 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
         const auto *generic = entity_as<interface>(s);
         if (interface_depth > 0) {
             if (generic != row.last_interface && generic != row.current_interface) {
-                return msg_declaration_conflicts;
+                return msg_declaration_conflicts_with_previous_specifications;
             }
             s = new_further_symbol(sk_undetermined, name, h.outer);
             h.hidden = true;
@@ -118,7 +121,7 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
                                ? hidden_module_procedure(name.atom, h.outer)
                                : nullptr;
         if (!specific) {
-            return msg_declaration_conflicts;
+            return msg_declaration_conflicts_with_previous_specifications;
         }
         s = specific;
         h.reused = entity_as<object>(s);
@@ -128,8 +131,7 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
         s->flags |= (s->aux2 & cf_referenced ? sf_referenced : 0u) |
                     (s->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
         return no_error;
-    default:
-        return msg_declaration_conflicts;
+    default: return msg_declaration_conflicts_with_previous_specifications;
     }
 }
 
@@ -152,7 +154,7 @@ symbol *declare_procedure(procedure_header h, symbol *s, name_locator &name, ent
     error_code code = h.is_entry ? check_entry(h, name.atom) : no_error;
     if (code == no_error && !s) {
         if (is_external && name.atom && common_block_exists(name.atom)) {
-            code = msg_declaration_conflicts;
+            code = msg_declaration_conflicts_with_previous_specifications;
         } else {
             s = new_symbol(sk_undetermined, name, h.outer);
         }
@@ -176,7 +178,8 @@ symbol *declare_procedure(procedure_header h, symbol *s, name_locator &name, ent
     s->decl_position = name.position;
     if (h.reused) {
         type *previous = h.reused->type;
-        if (h.is_function && h.kind == sk_dummy_function && !is_known(h.given) && previous->type_code != tk_routine) {
+        if (h.is_function && h.kind == sk_dummy_function && !is_known(h.given) &&
+            previous->type_code != tk_routine) {
             h.given = previous;
         }
         make_routine(h.reused, h.given);
@@ -243,15 +246,15 @@ entry_description *new_unit_routine(object *routine) {
 }
 
 symbol *declare_subroutine(symbol *s, name_locator &name, bool is_entry, entry_description *&entry) {
-    return declare_procedure({.is_function = false, .is_entry = is_entry, .given = void_type()}, s, name, entry);
+    return declare_procedure({.is_function = false, .is_entry = is_entry, .given = void_type()}, s, name,
+                             entry);
 }
 
 symbol *declare_function(symbol *s, name_locator &name, type *result_type, bool is_entry,
                          entry_description *&entry) {
-    return declare_procedure({.is_function = true,
-                              .is_entry = is_entry,
-                              .given = result_type ? result_type : unknown_type()},
-                             s, name, entry);
+    return declare_procedure(
+        {.is_function = true, .is_entry = is_entry, .given = result_type ? result_type : unknown_type()}, s,
+        name, entry);
 }
 
 // ---- dummy arguments
@@ -262,24 +265,24 @@ namespace {
 error_code check_dummy_variable(const symbol *s, bool is_entry) {
     const object *o = entity_as<object>(s);
     if (is_entry && (s->flags & sf_referenced)) {
-        return msg_prior_use_inconsistent_with_dummy;
+        return msg_prior_use_is_inconsistent_with_specification_as_dummy;
     }
     if (s->var_flags & vf_in_common) {
-        return msg_common_variable_not_allowed;
+        return msg_variable_declared_in_common_is_not_allowed;
     }
     if (s->var_flags & vf_equivalenced) {
-        return msg_equivalence_variable_not_allowed;
+        return msg_variable_appearing_in_equivalence_is_not_allowed;
     }
     if (s->var_flags & vf_initialized) {
-        return msg_data_initialized_not_allowed;
+        return msg_data_initialized_variable_is_not_allowed;
     }
     if (s->flags & sf_saved) {
-        return msg_saved_variable_not_allowed;
+        return msg_saved_variable_is_not_allowed;
     }
     if (s->var_flags & vf_in_namelist) {
-        return msg_namelist_member_not_allowed;
+        return msg_member_of_namelist_group_is_not_allowed;
     }
-    return o->is_result ? msg_function_result_not_allowed : no_error;
+    return o->is_result ? msg_function_result_name_is_not_allowed : no_error;
 }
 
 object *new_dummy_object(symbol *s, type *t) {
@@ -308,7 +311,9 @@ void make_dummy(symbol *s, symbol_kind kind, type *t) {
 
 // A dummy argument already: it may be shared by several lists, but stands on each of them once.
 error_code check_repeated_dummy(const dummy_list &list, const symbol *s) {
-    return !list.entry || (s->var_flags & vf_on_entry_list) ? msg_already_in_dummy_list : no_error;
+    return !list.entry || (s->var_flags & vf_on_entry_list)
+               ? msg_variable_already_specified_in_dummy_argument_list
+               : no_error;
 }
 
 error_code check_dummy(const dummy_list &list, symbol *s, const name_locator &name) {
@@ -332,12 +337,9 @@ error_code check_dummy(const dummy_list &list, symbol *s, const name_locator &na
     case sk_dummy:
     case sk_dummy_function:
     case sk_dummy_subroutine:
-    case sk_dummy_procedure:
-        return check_repeated_dummy(list, s);
+    case sk_dummy_procedure: return check_repeated_dummy(list, s);
     case sk_undetermined:
-    case sk_data_name:
-        make_dummy(s, sk_dummy, entity_as<type>(s));
-        return no_error;
+    case sk_data_name: make_dummy(s, sk_dummy, entity_as<type>(s)); return no_error;
     case sk_external_pending: {
         type *t = entity_as<type>(s);
         make_dummy(s, is_known(t) ? sk_dummy_function : sk_dummy_procedure, t);
@@ -348,8 +350,7 @@ error_code check_dummy(const dummy_list &list, symbol *s, const name_locator &na
                     (s->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
         make_dummy(s, sk_dummy, unknown_type());
         return no_error;
-    default:
-        return msg_identifier_is_not_a_variable;
+    default: return msg_identifier_is_not_variable;
     }
 }
 
@@ -431,9 +432,12 @@ namespace {
 bool is_entry_name(const atom *name, const object *routine) {
     for (const symbol *s = name->first_symbol; s && s->scope_depth >= curr_scope_depth - 1;
          s = s->next_same_name) {
-        if (s->scope_depth == curr_scope_depth - 1 && (s->kind == sk_function || s->kind == sk_internal_function)) {
+        if (s->scope_depth == curr_scope_depth - 1 &&
+            (s->kind == sk_function || s->kind == sk_internal_function)) {
             const object *o = entity_as<object>(s);
-            return o != routine && o->variant.assoc_scope == curr_row().il_scope;
+            if (o != routine && o->variant.assoc_scope == curr_row().il_scope) {
+                return true;
+            }
         }
     }
     return false;
@@ -444,17 +448,15 @@ error_code check_result(const symbol *s, const object *routine) {
     case sk_dummy:
     case sk_dummy_function:
     case sk_dummy_subroutine:
-    case sk_dummy_procedure:
-        return msg_declaration_conflicts;
+    case sk_dummy_procedure: return msg_declaration_conflicts_with_previous_specifications;
     case sk_variable:
         if (entity_as<object>(s)->is_parameter) {
-            return msg_declaration_conflicts;
+            return msg_declaration_conflicts_with_previous_specifications;
         }
         break;
-    default:
-        break;
+    default: break;
     }
-    return is_entry_name(s->name, routine) ? msg_result_name_same_as_entry : no_error;
+    return is_entry_name(s->name, routine) ? msg_result_name_must_not_be_same_as_entry : no_error;
 }
 
 // Puts the result into the storage that all results of the unit share. It is made with the first ENTRY.
@@ -505,12 +507,15 @@ void declare_result(symbol *s, name_locator &name, entry_description *entry) {
     }
     s = make_variable(s, name);
     object *result = entity_as<object>(s);
+    const bool is_shared = result->is_result; // an ENTRY may name the result of the function as its own
     result->is_result = true;
     if ((!is_known(return_type) || (function->flags & sf_type_implicit)) && is_known(result->type)) {
         return_type = result->type;
         function->flags |= s->flags & (sf_typed | sf_type_implicit);
     }
-    result->variant.result_var_function = routine;
+    if (!is_shared) {
+        result->variant.result_var_function = routine;
+    }
     if (entry) {
         entry->function_result_var = result;
         overlay_result(result);

@@ -27,10 +27,9 @@ symbol *declare_function(symbol *s, name_locator &name, type *result_type, bool 
 
 // A list of dummy arguments being read.
 struct dummy_list {
-    entry_description *entry;             // null: the list of the unit itself
-    object_list_member *last;             // its tail
-    object_list_member *next_alternate;   // the next "*" to share with earlier lists
-    bool has_shared;                      // some dummy of an ENTRY has been marked, see end_dummy_list
+    entry_description *entry;           // null: the list of the unit itself
+    object_list_member *last;           // its tail
+    object_list_member *next_alternate; // the next "*" to share with earlier lists
 };
 
 dummy_list begin_dummy_list(entry_description *entry);
