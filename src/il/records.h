@@ -460,12 +460,14 @@ enum symbol_var_flags : std::uint32_t {
     vf_do_variable = 1u << 5,
     vf_in_namelist = 1u << 7,
     vf_has_initializer = 1u << 8,
+    vf_on_entry_list = 1u << 9, // while the dummy arguments of an ENTRY are read: it is one of them
 };
 
 // `aux2` of the procedure kinds, of sk_label and of sk_host_candidate.
 enum symbol_aux_flags : std::uint32_t {
     pf_type_declared = 1u << 0, // an intrinsic name whose type the unit declared
     pf_body_seen = 1u << 1,     // its FUNCTION or SUBROUTINE statement has been processed
+    pf_entered = 1u << 2,       // it has been compared with the external names
     lf_defined = 1u << 0,       // sk_label
     lf_ends_loop = 1u << 1,     // sk_label: some DO has named it
     lf_branch = 1u << 2,        // sk_label: has been referred to as something to execute
