@@ -15,6 +15,28 @@ enum scope_row_kind : std::uint8_t {
     sr_derived_type = 6
 };
 
+enum program_unit_kind : std::uint8_t {
+    uk_none = 0,
+    uk_program = 1,
+    uk_subroutine = 2,
+    uk_function = 3,
+    uk_block_data = 4,
+    uk_module = 5
+};
+
+// What the statements of a unit leave behind for its end. (declarations/units.h opens and closes units)
+struct unit_state {
+    struct equiv_group *equiv_groups; // the EQUIVALENCE lists, in order (declarations/storage.h)
+    struct equiv_group *last_equiv_group;
+    struct common_info *common_list;       // the COMMON blocks, in order of first mention
+    object_list_member *alternate_returns; // the objects of "*" dummy arguments, in order
+    object_list_member *last_alternate_return;
+    bool spec_part_over; // an executable statement or CONTAINS has been met
+    bool has_automatic;  // the unit has automatic objects
+    bool global_save;    // SAVE without a list
+    bool any_save;       // some SAVE statement
+};
+
 struct scope_row {
     scope_row_kind row_kind;
     symbol *first_symbol; // through `next_in_scope`, in the order of their making
@@ -34,6 +56,8 @@ struct scope_row {
     bool access_stated : 1;   // PUBLIC or PRIVATE without a list has appeared
     bool names_public : 1;    // new symbols are public by default
     bool spec_done : 1;       // end_of_specification has run
+    unit_state outer_unit;    // of sr_unit: the state of the unit around it, put back at its end
+    std::uint8_t outer_reach; // `reach_state` of the unit around it (statements/constructs.h)
 };
 
 // Row 0 is global, row 1 an outermost program unit, deeper rows internal and module procedures, interface
@@ -46,24 +70,17 @@ inline scope_row &curr_row() { return scope_stack[curr_scope_depth]; }
 // How many INTERFACE blocks are open. (statements/loop and the INTERFACE statements)
 extern int interface_depth;
 
-enum program_unit_kind : std::uint8_t {
-    uk_none = 0,
-    uk_program = 1,
-    uk_subroutine = 2,
-    uk_function = 3,
-    uk_block_data = 4,
-    uk_module = 5
-};
-
 // ---- the unit being read
 
 extern program_unit_kind curr_unit_kind;
-extern std::uint32_t
-    implicit_letter_set;    // bit n: the letter n has been in an IMPLICIT statement of this unit
-extern bool spec_part_over; // an executable statement or CONTAINS has been met
-extern bool has_automatic;  // the unit has automatic objects
-extern bool global_save;    // SAVE without a list
-extern bool any_save;       // some SAVE statement
+extern std::uint32_t implicit_letter_set; // bit n: the letter n has been in an IMPLICIT statement of the unit
+extern unit_state curr_unit;
+
+// Its members under the short names that declarations use.
+inline bool &spec_part_over = curr_unit.spec_part_over;
+inline bool &has_automatic = curr_unit.has_automatic;
+inline bool &global_save = curr_unit.global_save;
+inline bool &any_save = curr_unit.any_save;
 
 // Empties the stack. Called once, with the seeding of the atom table.
 void scopes_init();
@@ -82,13 +99,17 @@ void set_standard_implicit_types(scope_row &row);
 // routine.
 program_unit_kind unit_kind_of(std::int32_t depth);
 
+// The routine of the unit that a row belongs to; null below row 1.
+object *routine_at(std::int32_t depth);
+
 // The routine of the unit, null at depth 0.
-object *curr_routine();
+inline object *curr_routine() { return routine_at(curr_scope_depth); }
 
 // Appends to the lists of the scope of a row.
 void add_parameter(scope_row &row, object_list_member *member);
 void add_type(scope_row &row, type *t);
 void add_object(scope_row &row, object *o);
+void remove_global_object(object *o); // from the global scope's list
 void add_label(scope_row &row, label *l);
 void add_entry(scope_row &row, entry_description *entry);
 void add_namelist_group(scope_row &row, namelist_group *group);

@@ -87,6 +87,17 @@ symbol *find_intrinsic_subroutine(const symbol *s);
 // The type that the implicit rules of the symbol's own scope give to its name, or null.
 type *implicit_type_of(const symbol *s);
 
+// Ties an entry to its declaration: name, position, depth and mark of reference are those of the symbol. The
+// empty names give no name.
+inline void tie_to_symbol(named_entry *entry, symbol *s) {
+    entry->symbol_link = s;
+    entry->source_corresp.name = s->name->length != 0 ? s->name : nullptr;
+    entry->source_corresp.decl_position = s->decl_position;
+    entry->source_corresp.referenced = (s->flags & sf_referenced) != 0;
+    entry->source_corresp.scope_depth =
+        s->scope_depth < 0 ? depth_out_of_scope : static_cast<std::uint8_t>(s->scope_depth);
+}
+
 // ---- look-ups of `curr_name`. All skip invisible symbols and common blocks, whose names are a space apart.
 
 // Set while an array bound or another specification expression is read: names used in it are marked

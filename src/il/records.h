@@ -467,6 +467,10 @@ enum symbol_aux_flags : std::uint32_t {
     pf_type_declared = 1u << 0, // an intrinsic name whose type the unit declared
     pf_body_seen = 1u << 1,     // its FUNCTION or SUBROUTINE statement has been processed
     lf_defined = 1u << 0,       // sk_label
+    lf_ends_loop = 1u << 1,     // sk_label: some DO has named it
+    lf_branch = 1u << 2,        // sk_label: has been referred to as something to execute
+    lf_format = 1u << 3,        // sk_label: has been referred to as a FORMAT
+    lf_listed = 1u << 4,        // sk_label: is in the list of labels being read
     cf_referenced = 1u << 0,    // sk_host_candidate: saved sf_referenced
     cf_used_as_bound = 1u << 1, // sk_host_candidate: saved sf_used_as_bound
 };
@@ -479,11 +483,14 @@ struct symbol : il_entry {
     source_pos decl_position;
     bool from_module; // came in by USE
     symbol_kind kind;
-    std::uint32_t flags;     // sf_
-    il_entry *entity;        // by kind; read with entity_as
-    void *aux;               // by kind: equiv_group, public list, host's type, next candidate
-    std::uint32_t aux2;      // by kind: pf_, lf_, cf_
-    std::uint32_t var_flags; // vf_
+    std::uint32_t flags; // sf_
+    il_entry *entity;    // by kind; read with entity_as
+    void *aux;           // by kind: equiv_group, public list, host's type, next candidate
+    std::uint32_t aux2;  // by kind: pf_, lf_, cf_
+    union {
+        std::uint32_t var_flags;        // sk_variable, sk_dummy: vf_
+        std::uint32_t branch_construct; // sk_label: the construct that it is in, or is referred to from
+    };
 };
 
 // The entity of a symbol, whose kind the caller knows.

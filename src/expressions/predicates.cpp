@@ -1,0 +1,262 @@
+// Equality of types, shapes, and the layout of components and frames.
+#include "expressions/predicates.h"
+
+#include "il/pair_queue.h"
+#include "il/types.h"
+
+#include <algorithm>
+
+namespace zf90 {
+
+// ---- bounds and lengths
+
+namespace {
+
+// The object, component or dummy argument that an expression names, as its type; null for anything else.
+const type *type_of_named(const expr_node *e) {
+    while (e && e->node_kind == enk_ref) {
+        e = e->reference;
+    }
+    if (!e) {
+        return nullptr;
+    }
+    switch (e->node_kind) {
+    case enk_object: return e->object->type;
+    case enk_param: return e->parameter->type;
+    case enk_field: return e->field_var->type;
+    default: return nullptr;
+    }
+}
+
+bool has_own_bounds(const type *t) { return t->type_code == tk_farray && t->array.shape_kind <= as_shaped; }
+
+} // namespace
+
+bound_info_entry *bounds_of_type(const type *t) {
+    if (t->type_code != tk_farray) {
+        return nullptr;
+    }
+    if (t->array.shape_kind == same_shape) {
+        t = type_of_named(t->array.args);
+    }
+    return t && has_own_bounds(t) ? t->array.bound : nullptr;
+}
+
+const bound &char_length_of_type(const type *t) {
+    const bound &own = t->character.length;
+    if (own.kind == bound_same_as) {
+        const type *named = type_of_named(own.expr);
+        if (named && named->type_code == tk_farray) {
+            named = named->array.element_type;
+        }
+        if (named && named->type_code == tk_fcharacter) {
+            return named->character.length;
+        }
+    }
+    return own;
+}
+
+// ---- equality
+
+bool shapes_conform(const type *a, const type *b) {
+    const unsigned rank = a->array.rank;
+    if (rank == 0 || b->array.rank == 0) {
+        return true;
+    }
+    if (rank != b->array.rank) {
+        return false;
+    }
+    const bound_info_entry *p = bounds_of_type(a);
+    const bound_info_entry *q = bounds_of_type(b);
+    if (!p || !q) {
+        return true;
+    }
+    for (unsigned i = 0; i < rank; ++i) {
+        const bound &a_lower = p->bounds[i];
+        const bound &a_upper = p->bounds[rank + i];
+        const bound &b_lower = q->bounds[i];
+        const bound &b_upper = q->bounds[rank + i];
+        if (a_upper.kind == bound_assumed || b_upper.kind == bound_assumed) {
+            return false;
+        }
+        if (a_lower.kind == bound_constant && a_upper.kind == bound_constant &&
+            b_lower.kind == bound_constant && b_upper.kind == bound_constant &&
+            constant_extent(a_lower, a_upper) != constant_extent(b_lower, b_upper)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+namespace {
+
+// Types are equal if all parts that they are made of are, so the parts wait in a queue, and a pair that leads
+// back to itself, as a component that points to its own type does, counts as equal.
+pair_queue type_pairs;
+
+void queue_types(const type *a, const type *b) {
+    if (a != b) {
+        queue_pair(type_pairs, a, b);
+    }
+}
+
+bool lengths_equal(const bound &a, const bound &b) {
+    return a.kind == b.kind && (a.kind == bound_assumed || (a.kind == bound_constant && a.value == b.value));
+}
+
+bool params_equal_but_for_types(const type *a, const type *b) {
+    const param_type *p = a->routine.param_type_list;
+    const param_type *q = b->routine.param_type_list;
+    for (; p && q; p = p->next, q = q->next) {
+        if (p->is_optional != q->is_optional || p->intent_in != q->intent_in ||
+            p->intent_out != q->intent_out || p->source_corresp.name != q->source_corresp.name) {
+            return false;
+        }
+        queue_types(p->type, q->type);
+    }
+    return p == q;
+}
+
+bool routines_equal_but_for_parts(const type *a, const type *b) {
+    const type *p = a->routine.return_type;
+    const type *q = b->routine.return_type;
+    const auto is_unspecified = [](const type *t) { return t && t->type_code == tk_unspec_routine; };
+    if (!is_unspecified(p) && !is_unspecified(q)) {
+        queue_types(p, q);
+    }
+    if (a->routine.has_param_info && b->routine.has_param_info) {
+        return params_equal_but_for_types(a, b);
+    }
+    return true;
+}
+
+bool derived_equal_but_for_components(const type *a, const type *b) {
+    if (a->derived.module && a->derived.module == b->derived.module &&
+        a->source_corresp.name == b->source_corresp.name) {
+        return true; // one declaration, reached in two ways
+    }
+    if (!a->derived.is_seq || !b->derived.is_seq) {
+        return false;
+    }
+    const object *f = a->derived.first_field;
+    const object *g = b->derived.first_field;
+    for (; f && g; f = f->next, g = g->next) {
+        if (f->source_corresp.name != g->source_corresp.name) {
+            return false;
+        }
+        queue_types(f->type, g->type);
+    }
+    return f == g;
+}
+
+bool equal_but_for_parts(const type *a, const type *b) {
+    if (!a || !b || a->type_code != b->type_code) {
+        return a == b;
+    }
+    switch (a->type_code) {
+    case tk_integer:
+    case tk_logical:
+    case tk_float:
+    case tk_complex: return a->kind == b->kind;
+    case tk_fcharacter: return a->kind == b->kind && lengths_equal(a->character.length, b->character.length);
+    case tk_farray: queue_types(a->array.element_type, b->array.element_type); return shapes_conform(a, b);
+    case tk_routine: return routines_equal_but_for_parts(a, b);
+    case tk_derived_type: return derived_equal_but_for_components(a, b);
+    default: return true;
+    }
+}
+
+bool queued_types_equal() {
+    for (queued_pair pair; take_pair(type_pairs, pair);) {
+        if (!equal_but_for_parts(static_cast<const type *>(pair.a), static_cast<const type *>(pair.b))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool types_equal(const type *a, const type *b) {
+    start_pairs(type_pairs);
+    queue_types(a, b);
+    return queued_types_equal();
+}
+
+bool param_lists_equal(const type *a, const type *b) {
+    start_pairs(type_pairs);
+    return params_equal_but_for_types(a, b) && queued_types_equal();
+}
+
+// ---- layout
+
+namespace {
+
+constexpr std::uint32_t pointer_size = 4;
+constexpr std::uint8_t pointer_alignment = 4;
+constexpr std::uint32_t descriptor_size_per_dimension = 12;
+
+struct room {
+    std::uint32_t size;
+    std::uint8_t alignment;
+};
+
+// The bytes that an object of sc_local or sc_type_field takes in its frame or type.
+room room_of(const object *o) {
+    type *t = o->type;
+    if (o->is_pointer || o->is_allocatable || o->is_auto || o->is_parameter) {
+        std::uint32_t size = pointer_size;
+        if (t && is_array(t)) {
+            size += descriptor_size_per_dimension * t->array.rank;
+        }
+        return {size, pointer_alignment};
+    }
+    if (!t) {
+        return {0, 1};
+    }
+    if (t->type_code != tk_derived_type) {
+        complete_type(t);
+    }
+    return {t->size, t->alignment};
+}
+
+} // namespace
+
+void field_layout(type *t) {
+    // Sizes wrap at 32 bits: the room of a frame beyond that has no message of its own.
+    std::uint32_t offset = 0;
+    std::uint8_t alignment = 1;
+    std::int32_t internal_count = 0;
+    const auto round_up = [](std::uint32_t n, std::uint8_t to) { return (n + to - 1u) / to * to; };
+    const auto place = [&](object *o, room r) {
+        offset = round_up(offset, r.alignment);
+        o->association_offset = static_cast<std::int32_t>(offset);
+        offset += r.size;
+        alignment = std::max(alignment, r.alignment);
+    };
+    for (object *o = t->derived.first_field; o; o = o->next) {
+        switch (o->storage_class) {
+        case sc_local:
+        case sc_type_field: place(o, room_of(o)); break;
+        case sc_external:
+            if (o->is_parameter) {
+                place(o, {pointer_size, pointer_alignment});
+            } else {
+                o->association_offset = 0;
+            }
+            break;
+        case sc_common:
+        case sc_module:
+        case sc_program:
+        case sc_blockdata:
+        case sc_stmt_func: o->association_offset = 0; break;
+        case sc_internal: o->association_offset = ++internal_count; break;
+        // The others have their room elsewhere, and an offset there.
+        default: break;
+        }
+    }
+    t->size = round_up(offset, alignment);
+    t->alignment = alignment;
+}
+
+} // namespace zf90
