@@ -174,6 +174,15 @@ token_kind scan_semicolons() {
     return tok_eos;
 }
 
+// A dotted word must not be torn: ". FOO." is no operator, and gets a message of its own.
+bool letter_behind_blanks() {
+    const char *p = line_cursor;
+    while (*p == ' ' || *p == '\t') {
+        ++p;
+    }
+    return p != line_cursor && is_letter(class_of(*p));
+}
+
 token_kind scan_dotted(std::uint32_t mode) {
     take_character();
     const char_class_code next = class_of(*line_cursor);
@@ -181,7 +190,7 @@ token_kind scan_dotted(std::uint32_t mode) {
         return scan_fraction(mode);
     }
     if (!is_letter(next) || (mode & lex_lone_period)) {
-        return tok_period;
+        return !(mode & lex_lone_period) && letter_behind_blanks() ? bad_token() : tok_period;
     }
     while (is_word_part(class_of(*line_cursor))) {
         take_character();
