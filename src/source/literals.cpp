@@ -34,7 +34,7 @@ struct literal_marks {
 literal_marks marks;
 
 void set_error_constant() {
-    curr_constant = new_fold_value(ck_error);
+    clear_fold_value(curr_constant);
     curr_constant.source_pos = curr_token_pos;
 }
 
@@ -451,6 +451,7 @@ token_kind scan_hollerith() {
 void literals_init() {
     marks = {};
     curr_constant = new_fold_value(ck_error);
+    clear_fold_value(curr_constant);
 }
 
 token_kind scan_digits(std::uint32_t mode) {

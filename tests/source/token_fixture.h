@@ -20,32 +20,37 @@ protected:
         strict_f77_mode = true;
     }
 
-    // Opens a text as the first source of a compilation with the options that are set.
-    void open_anew(std::string_view text) {
+    // Opens a text as the first source of a compilation with the options that are set. Its last line may lack
+    // the newline.
+    static void open_anew(std::string text) {
+        if (!text.ends_with('\n')) {
+            text += '\n';
+        }
+        scratch_directory::write("t.f90", text);
         il_root.primary_source_file = nullptr;
         lexer_init();
-        open_text(text);
+        open_source_file("t.f90", include_search_list);
     }
 
     // Makes the text's first statement the current one.
-    void start(std::string_view text) {
+    static void start(const std::string &text) {
         open_anew(text);
         ASSERT_TRUE(next_statement());
     }
 
     // The listing of the text's tokens; the messages are left for messages_of.
-    std::string listing(std::string_view text, std::initializer_list<std::uint32_t> modes = {0}) {
+    static std::string listing(const std::string &text, std::initializer_list<std::uint32_t> modes = {0}) {
         open_anew(text);
         return list_tokens(std::vector<std::uint32_t>(modes));
     }
 
     // The messages of reading the text in these modes.
-    std::string messages(std::string_view text, std::initializer_list<std::uint32_t> modes = {0}) {
+    static std::string messages(const std::string &text, std::initializer_list<std::uint32_t> modes = {0}) {
         return messages_of([&] { listing(text, modes); });
     }
 
     // The names of the tokens of the text, of each statement together with its ends, separated by blanks.
-    std::string kinds(std::string_view text, std::initializer_list<std::uint32_t> modes = {0}) {
+    static std::string kinds(const std::string &text, std::initializer_list<std::uint32_t> modes = {0}) {
         std::string result;
         testing::internal::CaptureStderr();
         const std::string lines = listing(text, modes);
@@ -53,7 +58,8 @@ protected:
         testing::internal::GetCapturedStderr();
         for (std::size_t at = 0; at < lines.size(); at = lines.find('\n', at) + 1) {
             const std::size_t name = lines.find(' ', at) + 1;
-            result += (result.empty() ? "" : " ") + lines.substr(name, lines.find_first_of(" \n", name) - name);
+            result +=
+                (result.empty() ? "" : " ") + lines.substr(name, lines.find_first_of(" \n", name) - name);
         }
         return result;
     }

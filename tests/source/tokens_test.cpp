@@ -1,7 +1,8 @@
-// The tokenizer: the cases of the *.tokens files, and what a listing does not show: the state that callers use,
-// looking ahead, the one-shot warnings, and text of any bytes.
+// The tokenizer: the cases of the *.tokens files, and what a listing does not show: the state that callers
+// use, looking ahead, the one-shot warnings, and text of any bytes.
 #include "source/tokens.h"
 
+#include "declarations/symbols.h"
 #include "source/token_fixture.h"
 
 #include <filesystem>
@@ -87,7 +88,7 @@ std::vector<std::uint32_t> apply_options(const std::string &options) {
 
 class TokenListings : public TokenFixture, public testing::WithParamInterface<const char *> {
 protected:
-    const std::filesystem::path folder = std::filesystem::path(__FILE__).parent_path();
+    const std::filesystem::path folder = std::filesystem::path(__FILE__).parent_path(); // absolute
 };
 
 TEST_P(TokenListings, AreAsExpected) {
@@ -173,10 +174,12 @@ TEST_F(TokensTest, RewindReadsTheTokenAgain) {
 }
 
 TEST_F(TokensTest, SkipToTokenReadsNothing) {
-    start("   & \n  ! c\n\n & x = 1");
+    start("a ;   & \n  ! c\n\n & x = 1");
+    next_token(0);
+    next_token(0);
     skip_to_token();
     EXPECT_EQ(*line_cursor, 'x');
-    EXPECT_EQ(curr_token, tok_none);
+    EXPECT_EQ(curr_token, tok_eos);
     EXPECT_EQ(next_token(0), tok_name);
     EXPECT_EQ(curr_token_pos, (source_pos{4, 4}));
 }
@@ -420,9 +423,8 @@ TEST_F(TokensTest, MessagesOfTheTokenizer) {
     EXPECT_EQ(messages("a 10x"), warning_text(1, 5, msg_expected_blank_as_separator));
     EXPECT_EQ(messages("'abc&\n def'"),
               error_text(2, 2, msg_continuation_line_in_character_context_must_begin_with_ampersand));
-    EXPECT_EQ(messages("3Habc + 'x&"),
-              error_text(1, 11, msg_expected_continuation_line_following_this_line) +
-                  error_text(1, 9, msg_missing_closing_quote));
+    EXPECT_EQ(messages("3Habc + 'x&"), error_text(1, 11, msg_expected_continuation_line_following_this_line) +
+                                           error_text(1, 9, msg_missing_closing_quote));
 }
 
 TEST_F(TokensTest, ContinuationFaultsAreReportedOnceAWordIsDecided) {
@@ -436,7 +438,8 @@ TEST_F(TokensTest, LowerCaseIsReportedOnce) {
     use_strict_f77(true);
     const std::string text = "      PRINT 'abc', X\n      Y = z + w\n      V = u\n";
     const std::string short_line = warning_text(1, 0, msg_lines_less_than_72_columns_long_are_not_standard);
-    EXPECT_EQ(messages(text), short_line + warning_text(2, 11, msg_lower_case_letters_are_not_standard_fortran_77));
+    EXPECT_EQ(messages(text),
+              short_line + warning_text(2, 11, msg_lower_case_letters_are_not_standard_fortran_77));
     EXPECT_EQ(messages(text, {lex_peek}),
               short_line + warning_text(2, 11, msg_lower_case_letters_are_not_standard_fortran_77));
     EXPECT_EQ(messages("      INTEGer X\n", {lex_keyword}),
@@ -496,7 +499,10 @@ std::string continued(const std::string &text, int lines) {
 TEST_F(TokensTest, TokensAsLongAsAStatement) {
     EXPECT_EQ(kinds(continued(repeated("a", 120), 40)), "name eos");
     EXPECT_EQ(token_length, 0);
-    EXPECT_EQ(kinds("'" + continued(repeated("x", 120), 39) + "&'"), "character eos eos");
+    std::string text = "'" + continued(repeated("x", 120), 40);
+    EXPECT_EQ(kinds(text), "character eos");
+    text.insert(text.size() - 1, "'");
+    EXPECT_EQ(kinds(text), "character eos");
     EXPECT_EQ(kinds("." + continued(repeated("q", 120), 40)), "none eos");
     EXPECT_EQ(kinds("z'" + continued(repeated("0", 120), 40)), "boz eos");
     EXPECT_EQ(kinds(continued(repeated("9", 120), 40)), "integer eos");
@@ -526,18 +532,20 @@ TEST_F(TokensTest, FixedFormTokensUpToTheLimitOfAStatement) {
 }
 
 TEST_F(TokensTest, EveryByteInEveryPlace) {
-    const char *const fronts[] = {"",    "a",   "a_",  "1",     "1.",  "1.5", "1e",     "1e+",   "1e5",  "1_",
-                                  "1_2", ".",   ".a",  ".a.",   "'",   "'a'", "b'",     "b'1'",  "3H",   "3Ha",
-                                  "-",   "(",   "/",   "*",     "<",   "=",   ">",      ":",     ";",    "k_'",
-                                  "U",   "UB",  "INT", "1.d",   "1_a", "a =", ".true.", ".true._", "1_'", "''"};
+    const char *const fronts[] = {"",    "a",  "a_",  "1",   "1.",  "1.5", "1e",     "1e+",     "1e5", "1_",
+                                  "1_2", ".",  ".a",  ".a.", "'",   "'a'", "b'",     "b'1'",    "3H",  "3Ha",
+                                  "-",   "(",  "/",   "*",   "<",   "=",   ">",      ":",       ";",   "k_'",
+                                  "U",   "UB", "INT", "1.d", "1_a", "a =", ".true.", ".true._", "1_'", "''"};
     for (const bool fixed_form : {false, true}) {
         restart_front_end(fixed_form);
-        for (const std::uint32_t mode : {0u, 1u, 2u, 3u, 4u, 7u, 8u, 32u, 385u, 389u, 0x200u, 0x4800u, 45288u, 0x10000u}) {
+        for (const std::uint32_t mode :
+             {0u, 1u, 2u, 3u, 4u, 7u, 8u, 32u, 385u, 389u, 0x200u, 0x4800u, 45288u, 0x10000u}) {
             std::string text;
             for (const char *const front : fronts) {
                 for (int byte = 0; byte < 256; ++byte) {
                     if (byte != '\n') {
-                        text += (fixed_form ? "      " : "") + std::string(front) + static_cast<char>(byte) + "x\n";
+                        text += (fixed_form ? "      " : "") + std::string(front) + static_cast<char>(byte) +
+                                "x\n";
                     }
                 }
             }
@@ -595,7 +603,8 @@ TEST_F(TokensTest, PeekingSeesTheSameTokens) {
         std::string b;
         while (real >> b) {
             ASSERT_TRUE(peeked >> a);
-            EXPECT_TRUE(a == b || (a == "none" && (b == "character" || b == "boz" || b == "hollerith"))) << text;
+            EXPECT_TRUE(a == b || (a == "none" && (b == "character" || b == "boz" || b == "hollerith")))
+                << text;
         }
         EXPECT_FALSE(peeked >> a);
     }
