@@ -24,7 +24,7 @@ void give_object(symbol *s) {
 
 void type_after_specifications(symbol *s) {
     if (spec_part_over && entity_as<object>(s)->type->type_code == tk_unknown) {
-        apply_implicit(s, nullptr);
+        apply_implicit(s, null_pos);
     }
 }
 
