@@ -18,6 +18,17 @@ extern char *stmt_resume; // where its handler begins
 // what is wrong with it is reported here and has the kind stmtk_bad.
 void classify_statement();
 
+// The name of an INCLUDE line, which must be in quotes and end with nothing but a comment on its own line:
+// the text behind the word INCLUDE is read as it stands, and nothing is fetched. Doubled quotes are not
+// joined.
+struct include_name {
+    char *begin = nullptr; // null: not the text of an INCLUDE line
+    char *end = nullptr;   // the closing quote
+    char *rest = nullptr;  // the line's end or its comment
+};
+
+include_name find_include_name(char *text);
+
 // Calls the handler of `curr_stmt_kind` and returns its result.
 bool dispatch_statement();
 
