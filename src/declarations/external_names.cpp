@@ -6,10 +6,10 @@
 #include "driver/options.h"
 #include "expressions/predicates.h"
 #include "il/entries.h"
+#include "il/pair_queue.h"
 #include "il/types.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace zf90 {
 
@@ -41,6 +41,94 @@ bool is_open(const type *t) {
     return t->type_code == tk_unknown || t->type_code == tk_void || t->type_code == tk_unspec_routine;
 }
 
+// ---- the types of two occurrences
+
+// Lengths and bounds that are expressions are not compared: those of an interface body are never those of the
+// procedure itself.
+bool lengths_agree(const bound &a, const bound &b) {
+    if (a.kind == bound_expression || b.kind == bound_expression) {
+        return a.kind != bound_assumed && b.kind != bound_assumed;
+    }
+    return a.kind == b.kind && (a.kind != bound_constant || a.value == b.value);
+}
+
+bool data_types_agree(const type *a, const type *b) {
+    if (a->type_code == tk_farray && b->type_code == tk_farray) {
+        const bool a_assumed = a->array.shape_kind == assumed_size;
+        const bool b_assumed = b->array.shape_kind == assumed_size;
+        if (a->array.rank != b->array.rank || a_assumed != b_assumed) {
+            return false;
+        }
+        if (!a_assumed && !shapes_conform(a, b)) {
+            return false;
+        }
+        a = a->array.element_type;
+        b = b->array.element_type;
+    }
+    if (a->type_code == tk_fcharacter && b->type_code == tk_fcharacter) {
+        return a->kind == b->kind && lengths_agree(a->character.length, b->character.length);
+    }
+    return types_equal(a, b);
+}
+
+bool is_unsettled(const type *t) {
+    return t->type_code == tk_unknown || t->type_code == tk_unspec_routine || t->type_code == tk_error;
+}
+
+// Whether the result of a function has a name of its own.
+bool has_named_result(const type *routine) {
+    const object *o = routine->routine.assoc_routine;
+    const scope *body = o ? o->variant.assoc_scope : nullptr;
+    const object *result = body ? body->function_result_var : nullptr;
+    return result && result->source_corresp.name != o->source_corresp.name;
+}
+
+bool demands_as_much(const param_type *p, const param_type *q) {
+    return p->is_optional >= q->is_optional && p->intent_in >= q->intent_in && p->intent_out >= q->intent_out;
+}
+
+// The number and types of the dummy arguments agree. Dummy procedures are compared in the same way; they wait
+// in a list. The attributes count only on the side of a function whose result has its own name.
+bool params_agree(const type *first, const type *second) {
+    static pair_queue waiting;
+    start_pairs(waiting);
+    queue_pair(waiting, first, second);
+    for (queued_pair pair; take_pair(waiting, pair);) {
+        const auto *a = static_cast<const type *>(pair.a);
+        const auto *b = static_cast<const type *>(pair.b);
+        const bool a_demands = has_named_result(a);
+        const bool b_demands = has_named_result(b);
+        const param_type *p = a->routine.param_type_list;
+        const param_type *q = b->routine.param_type_list;
+        for (; p && q; p = p->next, q = q->next) {
+            if ((a_demands && !demands_as_much(p, q)) || (b_demands && !demands_as_much(q, p))) {
+                return false;
+            }
+            if (p->type == q->type || is_unsettled(p->type) || is_unsettled(q->type)) {
+                continue;
+            }
+            if (p->type->type_code != tk_routine || q->type->type_code != tk_routine) {
+                if (!data_types_agree(p->type, q->type)) {
+                    return false;
+                }
+                continue;
+            }
+            const type *p_result = p->type->routine.return_type;
+            const type *q_result = q->type->routine.return_type;
+            if (!is_unsettled(p_result) && !is_unsettled(q_result) && !data_types_agree(p_result, q_result)) {
+                return false;
+            }
+            if (p->type->routine.has_param_info && q->type->routine.has_param_info) {
+                queue_pair(waiting, p->type, q->type);
+            }
+        }
+        if (p || q) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // Joins the return types of two occurrences of a function. False if they contradict each other.
 bool merge_return_types(type *&kept, type *&other) {
     if (kept == other || is_open(other) || kept->type_code == tk_error || other->type_code == tk_error) {
@@ -59,7 +147,7 @@ bool merge_return_types(type *&kept, type *&other) {
             return true;
         }
     }
-    return types_equal(kept, other);
+    return data_types_agree(kept, other);
 }
 
 bool owned_by_routine(const object *o) {
@@ -118,7 +206,7 @@ symbol *merge(symbol *record, symbol *s) {
         if (!known.has_param_info) {
             o->type = d->type;
             o->type->routine.assoc_routine = o;
-        } else if (!params_compatible_for_interface(o->type, d->type)) {
+        } else if (!params_agree(o->type, d->type)) {
             return refuse(msg_parameters_conflict_with_previous_specification_of_procedure, record, s);
         } else if (defines) {
             known.param_type_list = given.param_type_list;
