@@ -6,6 +6,9 @@
 #include "declarations/implicit.h"
 #include "driver/diagnostics.h"
 #include "il/types.h"
+#include "source/tokens.h"
+
+#include <string_view>
 
 namespace zf90 {
 
@@ -241,6 +244,12 @@ class required_words {
     std::size_t size_ = 0;
 };
 
+// The name being declared, which may have no symbol yet.
+const char *name_of(const attribute_check &c) {
+    const atom *name = c.s ? c.s->name : curr_name.atom;
+    return name ? name->spelling : "";
+}
+
 // The rules of one attribute against all others.
 bool check_one(const attribute_check &c, std::size_t i, attribute_set &set) {
     enum { nothing_needed, unmet, met } need = nothing_needed;
@@ -263,7 +272,7 @@ bool check_one(const attribute_check &c, std::size_t i, attribute_set &set) {
         if (std::string_view(attr_names[i]) != attr_names[j]) {
             error_at(msg_entity_should_not_be, c.position, attr_names[i], attr_names[j]);
         } else {
-            error_at(msg_entity_declared_repeatedly, c.position, c.s ? c.s->name->spelling : curr_name_text(),
+            error_at(msg_entity_declared_repeatedly, c.position, name_of(c),
                      attr_names[i]);
         }
         set[j] = false;

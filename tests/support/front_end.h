@@ -66,7 +66,7 @@ inline void restart_front_end(bool fixed_form = false) {
     }
     region_init();
     il_init();
-    seed_intrinsics();
+    init_seed_tables();
     il_root = {};
     lexer_init();
     il_root.primary_scope = new_scope();
