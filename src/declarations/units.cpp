@@ -1,6 +1,7 @@
 // The statements that open and close program units.
 #include "declarations/units.h"
 
+#include "declarations/derived_types.h"
 #include "declarations/end_of_unit.h"
 #include "declarations/external_names.h"
 #include "declarations/interfaces.h"
@@ -291,9 +292,6 @@ bool read_subprogram(bool is_entry, type *result_type) {
     symbol *procedure = is_subroutine ? declare_subroutine(s, name, is_entry, entry)
                                       : declare_function(s, name, result_type, is_entry, entry);
     if (procedure->name != error_atom) {
-        if (procedure->aux2 & pf_body_seen) {
-            error(msg_subprogram_interface_already_specified);
-        }
         procedure->aux2 |= pf_body_seen;
     }
     routine_of(entity_as<object>(procedure)).has_param_info = true;
@@ -552,7 +550,7 @@ void close_all_units() {
         if (curr_row().row_kind == sr_unit) {
             end_program_unit();
         } else {
-            pop_scope();
+            finish_open_type();
         }
         curr_unit_kind = unit_kind_of(curr_scope_depth);
     }
