@@ -357,10 +357,10 @@ int compare_texts(const fold_value &left, const fold_value &right) {
     const unsigned char *left_text = fold_text(left);
     const unsigned char *right_text = fold_text(right);
     const auto &row = character_row(left.type);
-    const std::int32_t blank = row.blank_char;
+    const unsigned char blank = static_cast<unsigned char>(row.blank_char);
     for (std::int32_t i = 0; i < std::max(left_length, right_length); ++i) {
-        const std::int32_t a = i < left_length ? row.read_value(left_text + i) : blank;
-        const std::int32_t b = i < right_length ? row.read_value(right_text + i) : blank;
+        const std::int32_t a = row.read_value(i < left_length ? left_text + i : &blank);
+        const std::int32_t b = row.read_value(i < right_length ? right_text + i : &blank);
         if (a != b) {
             return a < b ? -1 : 1;
         }

@@ -4,6 +4,7 @@
 #include "driver/diagnostics.h"
 #include "driver/options.h"
 #include "il/entries.h"
+#include "intrinsics/seed_table.h"
 #include "source/files.h"
 #include "source/lines.h"
 
@@ -175,6 +176,7 @@ void fe_init() {
     error_pos = null_pos;
     remark_count = warning_count = error_count = catastrophe_count = 0;
     il_init();
+    init_seed_tables();
     line_reader_init();
     source_files_init();
     main_program_seen = false;

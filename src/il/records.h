@@ -478,10 +478,11 @@ enum symbol_aux_flags : std::uint32_t {
 };
 
 struct symbol : il_entry {
-    atom *name;               // never null
-    symbol *next_same_name;   // on the atom's chain
-    symbol *next_in_scope;    // on the list of its scope row
-    std::int32_t scope_depth; // 0 global, -1 in no scope
+    std::uint32_t xref_number; // its number in the cross-reference file; 0 before its first line there
+    atom *name;                // never null
+    symbol *next_same_name;    // on the atom's chain
+    symbol *next_in_scope;     // on the list of its scope row
+    std::int32_t scope_depth;  // 0 global, -1 in no scope
     source_pos decl_position;
     bool from_module; // came in by USE
     symbol_kind kind;
