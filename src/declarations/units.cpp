@@ -1,6 +1,7 @@
 // The statements that open and close program units.
 #include "declarations/units.h"
 
+#include "declarations/derived_types.h"
 #include "declarations/end_of_unit.h"
 #include "declarations/external_names.h"
 #include "declarations/interfaces.h"
@@ -194,13 +195,10 @@ bool read_dummies(bool is_entry, entry_description *entry) {
     bool ok = true;
     if (curr_token != tok_rparen) {
         dummy_list list = begin_dummy_list(entry);
-        ++stop_set[tok_comma];
-        ++stop_set[tok_rparen];
+        const stop_at stops{tok_comma, tok_rparen};
         do {
             ok &= read_dummy(list);
         } while (accept_optional(tok_comma, 0));
-        --stop_set[tok_rparen];
-        --stop_set[tok_comma];
         end_dummy_list(list);
     }
     const bool closed = curr_token == tok_rparen;
@@ -269,21 +267,29 @@ bool read_result(symbol *function, entry_description *entry, bool quiet) {
     return ok;
 }
 
-// From the name of the procedure on. `result_type` is that before FUNCTION; null for an ENTRY.
-bool read_subprogram(bool is_entry, type *result_type) {
-    ++stop_set[tok_lparen];
+// The name behind FUNCTION, SUBROUTINE or ENTRY, and its symbol in the scope around the unit. Error 218 if
+// there is none; the locator then has a null atom.
+bool read_procedure_name(name_locator &name, symbol *&s) {
+    const stop_at stop{tok_lparen};
     next_token(0);
-    bool ok = curr_token == tok_name;
-    name_locator name{nullptr, curr_token_pos};
-    symbol *s = nullptr;
-    if (ok) {
+    name = {nullptr, curr_token_pos};
+    if (curr_token == tok_name) {
         name = curr_name;
         s = lookup_at_depth(curr_scope_depth - 1);
         next_token(0);
-    } else if (expect_token(tok_name, msg_expected_identifier)) {
-        next_token(0);
+        return true;
     }
-    --stop_set[tok_lparen];
+    if (expect_token(tok_name, msg_expected_identifier)) {
+        next_token(0); // a name behind what is wrong
+    }
+    return false;
+}
+
+// From the name of the procedure on. `result_type` is that before FUNCTION; null for an ENTRY.
+bool read_subprogram(bool is_entry, type *result_type) {
+    name_locator name;
+    symbol *s = nullptr;
+    bool ok = read_procedure_name(name, s);
 
     const source_pos name_pos = name.position;
     const bool is_subroutine = curr_unit_kind == uk_subroutine;
@@ -291,9 +297,6 @@ bool read_subprogram(bool is_entry, type *result_type) {
     symbol *procedure = is_subroutine ? declare_subroutine(s, name, is_entry, entry)
                                       : declare_function(s, name, result_type, is_entry, entry);
     if (procedure->name != error_atom) {
-        if (procedure->aux2 & pf_body_seen) {
-            error(msg_subprogram_interface_already_specified);
-        }
         procedure->aux2 |= pf_body_seen;
     }
     routine_of(entity_as<object>(procedure)).has_param_info = true;
@@ -552,7 +555,7 @@ void close_all_units() {
         if (curr_row().row_kind == sr_unit) {
             end_program_unit();
         } else {
-            pop_scope();
+            finish_open_type();
         }
         curr_unit_kind = unit_kind_of(curr_scope_depth);
     }

@@ -293,9 +293,7 @@ bool take_kind() {
     if (take_digits()) {
         marks.kind_is_number = true;
     } else if (is_letter(class_of(*line_cursor))) {
-        do {
-            take_character();
-        } while (is_word_part(class_of(*line_cursor)));
+        take_word();
     } else {
         return false;
     }

@@ -153,9 +153,7 @@ token_kind scan_word(std::uint32_t mode) {
     if (first == cc_boz && is_string_quote(class_of(*line_cursor))) {
         return scan_boz();
     }
-    while (is_word_part(class_of(*line_cursor))) {
-        take_character();
-    }
+    take_word();
     if (text_end[-1] == '_' && is_string_quote(class_of(*line_cursor)) && !(mode & lex_no_kind_string)) {
         return scan_string_of_kind(text_end - 1);
     }
@@ -192,9 +190,7 @@ token_kind scan_dotted(std::uint32_t mode) {
     if (!is_letter(next) || (mode & lex_lone_period)) {
         return !(mode & lex_lone_period) && letter_behind_blanks() ? bad_token() : tok_period;
     }
-    while (is_word_part(class_of(*line_cursor))) {
-        take_character();
-    }
+    take_word();
     if (class_of(*line_cursor) != cc_period) {
         return bad_token();
     }

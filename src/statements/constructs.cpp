@@ -181,15 +181,16 @@ void note_branch_end(construct_entry &entry) {
 void begin_branch(construct_entry &entry) {
     reach_state = entry.reach_at_start;
     entry.construct_number = next_construct_number++;
-    if (!curr_label_symbol || curr_label_symbol->name == error_atom) {
-        return;
-    }
-    const label *l = entity_as<label>(curr_label_symbol);
-    if (l->kind == lk_else_or_elseif) {
+    if (curr_label_symbol && entity_as<label>(curr_label_symbol)->kind == lk_else_or_elseif) {
         note_label_position(curr_label_symbol, true, stmt_pos);
+    }
+    place_branch_label();
+}
+
+void place_branch_label() {
+    if (curr_label_symbol && !entity_as<label>(curr_label_symbol)->exec_stmt) {
         label_as_statement(curr_label_symbol);
     }
-    // The labels of CASE and ELSEWHERE are executable, and stand at the end of the branch before.
 }
 
 void pop_construct() {
@@ -215,15 +216,9 @@ void pop_construct() {
 }
 
 void close_open_constructs() {
-    bool terminal_reported = false;
     while (construct_depth >= 0 && top_construct().kind != cons_routine) {
         const construct_entry &entry = top_construct();
-        if (ends_here(entry)) {
-            if (!terminal_reported) {
-                terminal_reported = true;
-                error_at(msg_invalid_terminal_statement_of_do_loop, stmt_pos);
-            }
-        } else if (!entry.label_reported && entry.kind != cons_case) {
+        if (!entry.label_reported && entry.kind != cons_case) {
             error_at(entry.kind == cons_block_if ? msg_block_if_statement_was_never_terminated
                                                  : msg_do_statement_was_never_terminated,
                      entry.start_pos);
@@ -265,8 +260,8 @@ statement *add_statement(il_statement_kind kind) {
         block->last_statement = s;
     }
     entry.tail = s;
-    if (ends_reachability(kind)) {
-        reach_state = not_reachable;
+    if (ends_reachability(kind) && reach_state == reachable) {
+        reach_state = not_reachable; // a dead stretch goes on behind a jump within it
     }
     return s;
 }
@@ -369,10 +364,11 @@ int loop_of_name(const construct_name &name) {
     if (name.label) {
         // The name of an open loop knows the loop's number, which does not change.
         const int i = construct_of_number(name.label->branch_construct);
-        return i >= 0 && is_loop(construct_stack[i].kind) && has_construct_name(construct_stack[i], name)
-                   ? i
-                   : -1;
+        if (i >= 0 && is_loop(construct_stack[i].kind) && has_construct_name(construct_stack[i], name)) {
+            return i;
+        }
     }
+    // A name that was refused leads to its loop all the same.
     for (int i = innermost_loop(); i >= 0; i = loop_around(i)) {
         if (has_construct_name(construct_stack[i], name)) {
             return i;

@@ -166,10 +166,14 @@ struct outer_statement {
     }
 };
 
-bool run_dependent(construct_kind kind, statement *s) {
-    push_construct(kind, s);
+void classify_inner_statement() {
+    classify_statement();
     curr_token = tok_none;
     error_pos = stmt_pos;
+}
+
+bool run_dependent(construct_kind kind, statement *s) {
+    push_construct(kind, s);
     const bool good = dispatch_statement();
     pop_construct();
     return good;
@@ -299,20 +303,21 @@ bool stmt_arithmetic_if() {
     next_token(lex_label);
     label_list_entry *list = nullptr;
     label_list_entry **end = &list;
-    {
-        const stop_at stops{tok_comma};
-        for (int i = 0; i < 3; ++i) {
-            if (i > 0 && !accept_token(tok_comma, msg_expected_comma, lex_label)) {
+    for (int i = 0; i < 3; ++i) {
+        if (i > 0) {
+            if (curr_token != tok_comma) {
+                syntax_error(msg_expected_comma);
                 return false;
             }
-            symbol *target = read_label_reference(label_use_branch);
-            if (!target) {
-                return false;
-            }
-            *end = new_label_list_entry();
-            (*end)->label = entity_as<label>(target);
-            end = &(*end)->next;
+            next_token(lex_label);
         }
+        symbol *target = read_label_reference(label_use_branch);
+        if (!target) {
+            return false;
+        }
+        *end = new_label_list_entry();
+        (*end)->label = entity_as<label>(target);
+        end = &(*end)->next;
     }
     statement *s = add_statement(stmk_iarith_if); // or stmk_farith_if, when the condition is checked
     s->expr = condition;
@@ -404,12 +409,20 @@ bool parse_stop_code(constant *&code) {
     code = nullptr;
     skip_to_token();
     // Read as an ordinary number, 12E3 or 1.5 would be a real and 99999999999 too large.
-    const bool digits = *line_cursor >= '0' && *line_cursor <= '9';
+    bool digits = *line_cursor >= '0' && *line_cursor <= '9';
     next_token(digits ? lex_no_kind_suffix | lex_no_hollerith | lex_plain_digits | lex_peek
                       : lex_no_kind_suffix);
+    if (digits && *line_cursor == '_') { // they are the kind of a text
+        digits = false;
+        lex_rewind_token();
+        next_token(0);
+    }
     switch (curr_token) {
     case tok_eos: return true;
     case tok_integer:
+        if (!digits) {
+            break;
+        }
         if (token_length > max_stop_digits) {
             warning(msg_more_than_5_digits_in_stop_or_pause);
         }
@@ -460,7 +473,7 @@ bool stmt_if() {
     statement *s = add_statement(stmk_if);
     s->expr = condition;
     const outer_statement outer;
-    classify_statement();
+    classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
         return false;
     }
@@ -561,7 +574,7 @@ bool stmt_where_stmt() {
     statement *s = add_statement(stmk_where);
     s->expr = mask;
     const outer_statement outer;
-    classify_statement();
+    classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
         return false;
     }
@@ -696,6 +709,8 @@ bool stmt_case() {
         if (entry.tail) { // there is a CASE before
             note_branch_end(entry);
             begin_branch(entry);
+        } else {
+            place_branch_label();
         }
     }
     bool good = true;
@@ -788,7 +803,7 @@ bool stmt_construct_name() {
         error_at(msg_label_has_already_been_defined, name.position);
         note_symbol_use(use_referenced, taken, name.position);
     }
-    classify_statement();
+    classify_inner_statement();
     switch (curr_stmt_kind) {
     case stmtk_do:
     case stmtk_do_while:
@@ -804,8 +819,6 @@ bool stmt_construct_name() {
         label = define_label(name, lk_control, name.position);
         label_as_statement(label);
     }
-    curr_token = tok_none;
-    error_pos = stmt_pos;
     const int depth = construct_depth;
     const bool good = dispatch_statement();
     if (construct_depth > depth) {

@@ -117,6 +117,9 @@ bool stmt_do() {
             *part = new_error_node();
         }
     }
+    if (!good) {
+        top_construct().label_reported = true; // what was meant as the label is not clear
+    }
     return good && label_good;
 }
 

@@ -7,6 +7,8 @@
 #include "statements/classify.h"
 #include "statements/constructs.h"
 
+#include <algorithm>
+
 namespace zf90 {
 
 namespace {
@@ -30,6 +32,16 @@ symbol *enter_label(const name_locator &name, std::int32_t depth) {
         add_label(scope_stack[depth], l);
     }
     return s;
+}
+
+// Whether the label was in error by its digits, which has been reported: nothing can carry it.
+bool has_bad_digits(const name_locator &name) {
+    if (name.atom->length == 1 && name.atom->spelling[0] == '0') {
+        return true;
+    }
+    return curr_token == tok_label && curr_token_pos == name.position &&
+           std::count_if(token_start, line_cursor, [](char c) { return c >= '0' && c <= '9'; }) >
+               max_label_digits;
 }
 
 // What is wrong with a reference to a defined label of that kind.
@@ -110,6 +122,9 @@ symbol *refer_to_label(const name_locator &name, label_use use) {
     symbol *s = lookup_label(name);
     if (!s) {
         s = enter_label(name, label_depth());
+    }
+    if (has_bad_digits(name)) {
+        s->aux2 |= lf_reported;
     }
     bool can_be_branched_to = use == label_use_branch;
     if ((s->aux2 & lf_defined) != 0) {
