@@ -709,8 +709,6 @@ bool stmt_case() {
         if (entry.tail) { // there is a CASE before
             note_branch_end(entry);
             begin_branch(entry);
-        } else {
-            place_branch_label();
         }
     }
     bool good = true;
