@@ -1,12 +1,18 @@
 // The main flow. One process compiles one source file; there is one way out, fe_exit.
 #include "driver/driver.h"
 
+#include "declarations/scopes.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
+#include "il/constants.h"
 #include "il/entries.h"
 #include "intrinsics/seed_table.h"
+#include "output/il_writer.h"
 #include "source/files.h"
 #include "source/lines.h"
+#include "source/tokens.h"
+#include "statements/constructs.h"
+#include "statements/loop.h"
 
 #include <charconv>
 #include <csignal>
@@ -96,9 +102,13 @@ extern "C" void interrupted(int) {
     std::_Exit(process_status[completion_stopped]);
 }
 
+// What a program unit starts with, whatever the one before it left behind.
 void begin_unit_state() {
-    error_pos = null_pos;
-    stmt_pos = null_pos;
+    curr_token_pos = error_pos = stmt_pos = null_pos;
+    begin_construct_state();
+    scope_stack[0].implicit_none = false;
+    set_standard_implicit_types(scope_stack[0]);
+    implicit_letter_set = 0;
 }
 
 // Closes a stream whose writes were not looked at on the way.
@@ -177,11 +187,10 @@ void fe_init() {
     remark_count = warning_count = error_count = catastrophe_count = 0;
     il_init();
     init_seed_tables();
-    line_reader_init();
-    source_files_init();
+    lexer_init();
     main_program_seen = false;
     il_root = {};
-    il_root.primary_scope = new_scope();
+    il_root.primary_scope = push_scope(sr_global);
     il_root.compiler_version = compiler_version_text;
     il_root.time_of_compilation = time_of_compilation();
     il_root.case_sensitive_identifiers = case_sensitive_names;
@@ -201,6 +210,7 @@ void finish_listing_outputs() {
 void compile(int argc, char **argv) {
     std::signal(SIGINT, interrupted);
     std::signal(SIGTERM, interrupted);
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone away is a failed write like any other
     std::setvbuf(diagnostic_stream(), nullptr, _IOLBF, BUFSIZ);
     region_init();
     parse_command_line(argc, argv);
@@ -211,8 +221,13 @@ void compile(int argc, char **argv) {
             break;
         }
         begin_unit_state();
+        process_program_unit();
     }
     finish_listing_outputs();
+    if (error_count == 0) {
+        merge_constants(&il_root);
+        write_il_file(il_root);
+    }
     const int code = error_count != 0     ? completion_errors
                      : warning_count != 0 ? completion_warnings
                                           : completion_clean;

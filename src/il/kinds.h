@@ -156,6 +156,7 @@ enum symbol_kind : std::uint8_t { ZF90_SYMBOL_KINDS(ZF90_ENUMERATOR) symbol_kind
 
 // The operator and intrinsic vocabulary: its enumerators are made from the seed table (src/intrinsics).
 enum intrinsic_code : std::uint8_t;
+inline constexpr unsigned intrinsic_vocabulary_size = 178;
 
 enum source_language : std::uint32_t { sl_C, sl_Fortran };
 

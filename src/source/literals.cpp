@@ -34,7 +34,7 @@ struct literal_marks {
 literal_marks marks;
 
 void set_error_constant() {
-    curr_constant = new_fold_value(ck_error);
+    clear_fold_value(curr_constant);
     curr_constant.source_pos = curr_token_pos;
 }
 
@@ -293,9 +293,7 @@ bool take_kind() {
     if (take_digits()) {
         marks.kind_is_number = true;
     } else if (is_letter(class_of(*line_cursor))) {
-        do {
-            take_character();
-        } while (is_word_part(class_of(*line_cursor)));
+        take_word();
     } else {
         return false;
     }
@@ -451,6 +449,7 @@ token_kind scan_hollerith() {
 void literals_init() {
     marks = {};
     curr_constant = new_fold_value(ck_error);
+    clear_fold_value(curr_constant);
 }
 
 token_kind scan_digits(std::uint32_t mode) {
