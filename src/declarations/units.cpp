@@ -82,8 +82,7 @@ symbol *unnamed_unit_symbol(symbol_kind kind, atom *name, source_pos position) {
 }
 
 void make_program_object(symbol *s) {
-    object *o = make_unit_object(s, sc_program, nullptr);
-    o->type = new_routine_type(o, void_type());
+    object *o = make_unit_object(s, sc_program, new_routine_type(nullptr, void_type()));
     if (!il_root.main_routine) {
         il_root.main_routine = o;
     }
@@ -324,15 +323,37 @@ bool declare_failed_function() {
     return false;
 }
 
+// In fixed form two keywords may come in pieces: whether the rest of one follows, in keyword mode.
+bool next_piece(token_kind piece) { return next_token(lex_keyword) == piece; }
+
 // Reads a type specifier from its first token, in keyword mode, and leaves the type in `curr_type_spec` and
 // the token behind it current, read in keyword mode too. False if the token begins none.
 bool read_prefix_type() {
     switch (curr_token) {
     case tok_kw_character: read_type_character(lex_keyword); return true;
     case tok_kw_complex: read_type_complex(lex_keyword); return true;
+    case tok_kw_in:
+        if (!next_piece(tok_kw_teger)) {
+            return false;
+        }
+        [[fallthrough]];
     case tok_kw_integer: read_type_integer(lex_keyword); return true;
     case tok_kw_logical: read_type_logical(lex_keyword); return true;
     case tok_kw_real: read_type_real(lex_keyword); return true;
+    case tok_kw_do:
+        if (!next_piece(tok_kw_uble)) {
+            return false;
+        }
+        [[fallthrough]];
+    case tok_kw_double:
+        if (!next_piece(tok_kw_precision)) {
+            return false;
+        }
+        [[fallthrough]];
+    case tok_kw_doubleprecision:
+        curr_type_spec = double_precision();
+        next_token(lex_keyword);
+        return true;
     case tok_kw_type:
         in_prefix_type = true;
         read_type_derived(lex_keyword);
@@ -494,10 +515,11 @@ void enter_unit(scope *s) {
             continue;
         }
         if (const symbol *record = enter_external(entry_name)) {
-            e->assoc_routine = entity_as<object>(record);
-            if (object *result = e->function_result_var; result && result->variant.result_var_function) {
-                result->variant.result_var_function = e->assoc_routine;
+            object *result = e->function_result_var;
+            if (result && result->variant.result_var_function == e->assoc_routine) {
+                result->variant.result_var_function = entity_as<object>(record);
             }
+            e->assoc_routine = entity_as<object>(record);
         }
         unlink_symbol(entry_name);
     }
