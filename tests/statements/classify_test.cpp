@@ -883,7 +883,7 @@ TEST_F(ClassifyTest, PositionIsThatOfTheFirstCharacter) {
     kind_of("\t x = 1");
     EXPECT_EQ(stmt_pos, (source_pos{1, 3}));
     use_fixed_form();
-    kind_of("  X = 1");
+    kind_of("        X = 1");
     EXPECT_EQ(stmt_pos, (source_pos{1, 9}));
 }
 
