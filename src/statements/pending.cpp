@@ -10,12 +10,9 @@ namespace zf90 {
     bool stmt_##name() { return skip_to_eos(); }
 
 // clang-format off
-PENDING(assignment)
-PENDING(pointer_assignment)
 PENDING(allocatable)
 PENDING(allocate)
 PENDING(backspace)
-PENDING(call)
 PENDING(close)
 PENDING(common)
 PENDING(data)
