@@ -79,12 +79,11 @@ bool stmt_pointer_assignment() {
 
 bool stmt_call() {
     check_reachable();
-    const source_pos position = curr_token_pos;
     next_token(0);
     if (!expect_token(tok_name, msg_expected_identifier)) {
         return false;
     }
-    const source_pos name_position = curr_token_pos;
+    const source_pos position = curr_token_pos;
     symbol *callee = lookup_reference();
     next_token(0);
     statement *s = add_statement(stmk_expr);
@@ -94,7 +93,7 @@ bool stmt_call() {
             s->expr->symbol = callee;
         }
     } else {
-        s->expr = parse_actual_list(callee, name_position);
+        s->expr = parse_actual_list(callee, position);
     }
     s->expr->source_pos = position;
     if (s->expr->node_kind != enk_error) {
