@@ -471,6 +471,7 @@ enum symbol_aux_flags : std::uint32_t {
     lf_branch = 1u << 2,        // sk_label: has been referred to as something to execute
     lf_format = 1u << 3,        // sk_label: has been referred to as a FORMAT
     lf_listed = 1u << 4,        // sk_label: is in the list of labels being read
+    lf_reported = 1u << 5,      // sk_label: an error made it clear that it may never be defined
     cf_referenced = 1u << 0,    // sk_host_candidate: saved sf_referenced
     cf_used_as_bound = 1u << 1, // sk_host_candidate: saved sf_used_as_bound
 };
@@ -490,7 +491,7 @@ struct symbol : il_entry {
     std::uint32_t aux2;  // by kind: pf_, lf_, cf_
     union {
         std::uint32_t var_flags;        // sk_variable, sk_dummy: vf_
-        std::uint32_t branch_construct; // sk_label: the construct that it is in, or is referred to from
+        std::uint32_t branch_construct; // sk_label: number of the construct it belongs to, 0 if not known
     };
 };
 

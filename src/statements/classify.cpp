@@ -447,10 +447,10 @@ void classify_do() {
     if (t == tok_label) {
         rest = line_cursor;
         t = next_token(peek_word);
-        if (t == tok_comma) {
-            rest = line_cursor;
-            t = next_token(peek_word);
-        }
+    }
+    if (t == tok_comma) { // it may be there without a label too
+        rest = line_cursor;
+        t = next_token(peek_word);
     }
     switch (t) {
     case tok_colon: name_or_bad(); return; // the name of a construct

@@ -40,6 +40,7 @@ struct construct_entry {
     std::uint32_t construct_number;   // within the outermost unit; each branch begun gets a new one
     symbol *end_label;                // the terminal label of a DO, or null
     int outer_with_label;             // the next entry outwards with the same `end_label`, -1 if none
+    int loop;                         // the innermost loop at this place, which may be this one; -1 if none
     struct statement *top_label_stmt; // the stmk_label with the construct's name, or of the loop; or null
     const struct atom *refused_name;  // a construct name that was already taken; that has been reported
 };
@@ -111,15 +112,19 @@ bool close_construct(construct_kind kind, const construct_name &name);
 
 // ---- labelled loops
 
-// The innermost open DO that ends at this label, -1 if there is none.
-int innermost_loop_of_label(const symbol *label);
-
-// The innermost open loop; the innermost one of that name. -1 if there is none.
+// Open loops as indexes into the stack, -1 if there is none: the innermost one, the one of that name, the
+// innermost one that ends at this label.
 int innermost_loop();
-int innermost_loop_of_name(const construct_name &name);
+int loop_of_name(const construct_name &name);
+int loop_of_label(const symbol *label);
 
-// Gives the DO on top its terminal label.
+// Gives the DO on top its terminal label; the construct on top its name, whose label is null if the name was
+// refused.
 void set_end_label(symbol *label);
+void set_construct_name(const struct atom *name, symbol *label);
+
+// The open construct of that number, -1 if there is none.
+int construct_of_number(std::uint32_t number);
 
 // After each labelled statement other than END DO: closes the loops that end there.
 void check_do_termination(symbol *label);

@@ -1,0 +1,106 @@
+// Asking for tokens, and recovery.
+#include "source/token_helpers.h"
+
+namespace zf90 {
+
+std::array<std::uint8_t, token_count> stop_set;
+
+stop_at::stop_at(std::initializer_list<token_kind> tokens) {
+    for (token_kind token : tokens) {
+        tokens_[count_++] = token;
+        ++stop_set[token];
+    }
+}
+
+stop_at::~stop_at() {
+    for (std::size_t i = 0; i < count_; ++i) {
+        --stop_set[tokens_[i]];
+    }
+}
+
+namespace {
+
+// The mode in which the tokens that somebody waits for can be met.
+std::uint32_t recovery_mode() {
+    struct needed_mode {
+        token_kind token;
+        std::uint32_t mode;
+    };
+    static constexpr needed_mode needs[] = {
+        {tok_integer, lex_plain_digits | lex_no_hollerith},
+        {tok_label, lex_label},
+        {tok_letter, lex_letter},
+        {tok_period, lex_plain_digits},
+        {tok_slash, lex_lone_slash},
+        {tok_star, lex_lone_star},
+    };
+    std::uint32_t mode = 0;
+    for (const needed_mode &need : needs) {
+        if (stop_set[need.token] != 0) {
+            mode |= need.mode;
+        }
+    }
+    return mode;
+}
+
+} // namespace
+
+void recover_tokens() {
+    const std::uint32_t mode = recovery_mode();
+    bool skipped = false;
+    while (stop_set[curr_token] == 0 && curr_token != tok_eos) {
+        if (curr_token == tok_lparen) {
+            skip_balanced();
+            if (curr_token == tok_eos) {
+                break;
+            }
+        }
+        next_token(mode | lex_peek);
+        skipped = true;
+    }
+    if (skipped && curr_token != tok_eos) {
+        // Peeking leaves out the value of the token.
+        lex_rewind_token();
+        next_token(mode);
+    }
+}
+
+void syntax_error(error_code code) {
+    if (curr_token != tok_none) {
+        error(code);
+    }
+    recover_tokens();
+}
+
+bool expect_token(token_kind token, error_code code) {
+    if (curr_token == token) {
+        return true;
+    }
+    const stop_at stop({token});
+    error_pos = curr_token_pos;
+    syntax_error(code);
+    return curr_token == token;
+}
+
+bool accept_token(token_kind token, error_code code, std::uint32_t mode) {
+    if (!expect_token(token, code)) {
+        return false;
+    }
+    next_token(mode);
+    return true;
+}
+
+bool accept_unless_end(token_kind token, error_code code, std::uint32_t mode) {
+    return curr_token != tok_eos && accept_token(token, code, mode);
+}
+
+bool accept_optional(token_kind token, std::uint32_t mode) {
+    if (curr_token != token) {
+        error_pos = curr_token_pos;
+        return false;
+    }
+    next_token(mode);
+    return true;
+}
+
+} // namespace zf90

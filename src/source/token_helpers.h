@@ -1,0 +1,48 @@
+// What the readers of statements share: asking for a token, and recovering after one that is missing. A
+// reader that can go on at a token raises its count in `stop_set` for as long as it can; recovery skips to
+// the first token that somebody waits for.
+#pragma once
+
+#include "source/tokens.h"
+
+#include <array>
+#include <initializer_list>
+
+namespace zf90 {
+
+// How many readers can go on at each token. The end of the statement always stops.
+extern std::array<std::uint8_t, token_count> stop_set;
+
+// Raises the counts of some tokens for the duration of a block.
+class stop_at {
+public:
+    stop_at(std::initializer_list<token_kind> tokens);
+    ~stop_at();
+    stop_at(const stop_at &) = delete;
+    stop_at &operator=(const stop_at &) = delete;
+
+private:
+    std::array<token_kind, 4> tokens_;
+    std::size_t count_ = 0;
+};
+
+// Whether the current token is this one. If not, the error is reported at it and tokens are skipped; true if
+// that ended at the token asked for.
+bool expect_token(token_kind token, error_code code);
+
+// The same, and reads the next token in the mode on success.
+bool accept_token(token_kind token, error_code code, std::uint32_t mode);
+
+// The same, but false in silence at the end of the statement.
+bool accept_unless_end(token_kind token, error_code code, std::uint32_t mode);
+
+// If the current token is this one, reads the next in the mode. Otherwise `error_pos` is its position.
+bool accept_optional(token_kind token, std::uint32_t mode);
+
+// Reports an error at `error_pos`, unless the tokenizer has reported one for the token, and recovers.
+void syntax_error(error_code code);
+
+// Skips to a token of `stop_set`, past parentheses as a whole. What is skipped is not reported on.
+void recover_tokens();
+
+} // namespace zf90
