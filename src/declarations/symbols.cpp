@@ -489,35 +489,44 @@ static void become_local_name(symbol *s) {
     }
 }
 
+// The marks of uses that inner scopes have left in a candidate, as flags.
+static std::uint32_t marks_from_within(const symbol *candidate) {
+    return (candidate->aux2 & cf_referenced ? sf_referenced : 0u) |
+           (candidate->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
+}
+
 symbol *resolve_candidate(symbol *s) {
-    // Out to the first symbol that is no candidate; `aux` points back inward meanwhile.
+    // Out to the first symbol that is no candidate, leaving the marks of the uses within; `aux` points back
+    // inward meanwhile.
     symbol *inner = nullptr;
     symbol *outer = s;
+    std::uint32_t marks = 0;
     while (outer && outer->kind == sk_host_candidate) {
+        outer->aux2 |=
+            (marks & sf_referenced ? cf_referenced : 0u) | (marks & sf_used_as_bound ? cf_used_as_bound : 0u);
+        marks |= outer->flags & use_marks;
         symbol *next = static_cast<symbol *>(outer->aux);
         outer->aux = inner;
         inner = outer;
         outer = next;
     }
+    symbol *meaning = nullptr;
+    if (outer) {
+        outer->flags |= marks;
+        meaning = follow_links(outer);
+    }
     // And back in, with the meaning that the scopes so far give.
-    symbol *meaning = outer ? follow_links(outer) : nullptr;
     while (inner) {
         symbol *candidate = inner;
         inner = static_cast<symbol *>(candidate->aux);
         candidate->aux = outer;
-        // The marks of the candidate's own scope decide whether the name is used there; those that inner
-        // scopes have left in it count only as uses of what it turns out to be.
+        // The marks of its own scope decide whether a candidate is a name of that scope. Those from within
+        // only count as uses of what it turns out to be.
         const bool used_here = (candidate->flags & use_marks) != 0;
-        if (candidate->aux2 & cf_referenced) {
-            candidate->flags |= used_here || meaning ? sf_referenced : 0u;
-        }
-        if (candidate->aux2 & cf_used_as_bound) {
-            candidate->flags |= used_here || meaning ? sf_used_as_bound : 0u;
+        if (meaning || used_here) {
+            candidate->flags |= marks_from_within(candidate);
         }
         if (meaning) {
-            if (outer->kind == sk_host_link) {
-                outer->flags |= candidate->flags & use_marks;
-            }
             meaning->flags |= candidate->flags & use_marks;
             become_host_link(candidate, meaning);
         } else if (used_here) {
