@@ -126,14 +126,14 @@ void drop_variable(pending &loop) {
 expr_node *abandon_implied_do() {
     drop_variable(top_pending());
     const pending loop = pop_pending();
-    find_closing(tok_rparen);
+    skip_behind(tok_rparen);
     --stop_set[tok_rparen];
     return new_error_at(loop.position);
 }
 
 expr_node *finish_implied_do() {
     const pending loop = pop_pending();
-    accept_closing(tok_rparen, msg_expected_rparen);
+    close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     return loop.node;
 }
@@ -266,7 +266,7 @@ expr_node *continue_constructor(expr_node *value) {
     const pending list = pop_pending();
     --stop_set[tok_comma];
     --ac_nesting_depth;
-    accept_closing(tok_array_close, msg_expected_array_close);
+    close_with(tok_array_close, msg_expected_array_close);
     --stop_set[tok_array_close];
     expr_node *node = new_node(enk_constructor, list.position);
     node->constructor = list.first_item;

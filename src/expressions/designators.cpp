@@ -100,7 +100,7 @@ bool start_argument(pending &list) {
     if (list.is_specifier || list.keyword) {
         list.keyword_seen = true;
     } else if (list.keyword_seen && !list.keyword_missed) {
-        error_at(msg_keyword_must_not_be_omitted_from_actual_argument_specification, list.item_pos);
+        error_at(msg_keyword_must_not_be_omitted_from_actual_argument, list.item_pos);
         list.keyword_missed = true;
     }
     if (is_label) {
@@ -238,7 +238,7 @@ expr_node *finish_list() {
     if (list.waits_for_comma) {
         --stop_set[tok_comma];
     }
-    accept_closing(tok_rparen, msg_expected_rparen);
+    close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_symbol_call, list.position);
     node->symbol = list.symbol;
@@ -290,7 +290,7 @@ expr_node *finish_subscripts() {
         error_at(msg_too_few_subscripts, curr_token_pos);
         failed = true;
     }
-    accept_closing(tok_rparen, msg_expected_rparen);
+    close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_subscript, list.position);
     node->array_expr = list.node;
@@ -359,7 +359,7 @@ expr_node *advance_substring(expr_node *value) {
         substring.item->second = value;
     }
     const pending done = pop_pending();
-    accept_closing(tok_rparen, msg_expected_rparen);
+    close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_substring, done.position);
     node->array_expr = done.node;

@@ -143,7 +143,7 @@ expr_node *start_group() {
 expr_node *continue_group(expr_node *value) {
     pop_pending();
     value->allow_reordering = false;
-    accept_closing(tok_rparen, msg_expected_rparen);
+    close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     return value;
 }
@@ -316,7 +316,7 @@ void parse_error(error_code code) {
     recover_tokens();
 }
 
-bool find_closing(token_kind token) {
+bool skip_behind(token_kind token) {
     if (curr_token != token && !skip_to_closing(token)) {
         recover_tokens();
         lose_place();
@@ -326,11 +326,11 @@ bool find_closing(token_kind token) {
     return true;
 }
 
-bool accept_closing(token_kind token, error_code code) {
+bool close_with(token_kind token, error_code code) {
     if (curr_token != token) {
         report_parse_error(code);
     }
-    return find_closing(token);
+    return skip_behind(token);
 }
 
 void read_keyword(pending &item) {
@@ -401,7 +401,7 @@ struct constant *parse_complex_constant() {
     } else {
         ok = false;
     }
-    ok = accept_closing(tok_rparen, msg_expected_rparen) && ok;
+    ok = close_with(tok_rparen, msg_expected_rparen) && ok;
     if (!ok) {
         return nullptr;
     }

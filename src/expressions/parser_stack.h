@@ -87,8 +87,8 @@ void parse_error(error_code code); // and recovers
 
 // Expects the token that closes a construct, and reads the next one. If it is missing, goes on behind the one
 // that would fit; false, with the place lost, if there is none.
-bool accept_closing(token_kind token, error_code code);
-bool find_closing(token_kind token); // the same without a message, behind an error that was reported
+bool close_with(token_kind token, error_code code);
+bool skip_behind(token_kind token); // the same without a message, behind an error that was reported
 
 // The keyword or specifier word in front of an item, if there is one.
 void read_keyword(pending &item);

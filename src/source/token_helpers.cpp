@@ -125,6 +125,19 @@ bool accept_token(token_kind token, error_code code, std::uint32_t mode) {
     return true;
 }
 
+bool accept_closing(token_kind token, error_code code, std::uint32_t mode) {
+    if (curr_token != token) {
+        error_pos = curr_token_pos;
+        report_syntax_error(code);
+        if (!skip_to_closing(token)) {
+            recover_tokens();
+            return false;
+        }
+    }
+    next_token(mode);
+    return true;
+}
+
 bool accept_unless_end(token_kind token, error_code code, std::uint32_t mode) {
     return curr_token != tok_eos && accept_token(token, code, mode);
 }

@@ -49,6 +49,10 @@ void syntax_error(error_code code);
 // Skips to a token of `stop_set`, past parentheses as a whole. What is skipped is not reported on.
 void recover_tokens();
 
+// accept_token for what closes a parenthesis: if it is missing, goes on behind the one that fits, if there is
+// one.
+bool accept_closing(token_kind token, error_code code, std::uint32_t mode);
+
 // Skips to the first `token` that closes nothing opened from the current token on. False, with nothing
 // skipped, if there is none.
 bool skip_to_closing(token_kind token);
