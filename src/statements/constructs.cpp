@@ -181,14 +181,9 @@ void note_branch_end(construct_entry &entry) {
 void begin_branch(construct_entry &entry) {
     reach_state = entry.reach_at_start;
     entry.construct_number = next_construct_number++;
+    // The label of an ELSE stands first in the branch; those of CASE and ELSEWHERE are in the list already.
     if (curr_label_symbol && entity_as<label>(curr_label_symbol)->kind == lk_else_or_elseif) {
         note_label_position(curr_label_symbol, true, stmt_pos);
-    }
-    place_branch_label();
-}
-
-void place_branch_label() {
-    if (curr_label_symbol && !entity_as<label>(curr_label_symbol)->exec_stmt) {
         label_as_statement(curr_label_symbol);
     }
 }

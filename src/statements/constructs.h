@@ -89,10 +89,6 @@ statement *add_loop_label();
 void note_branch_end(construct_entry &entry); // before an ELSE and the like
 void begin_branch(construct_entry &entry);    // at ELSE, ELSE IF, ELSEWHERE and CASE
 
-// Puts the statement's label, if it has one that is in no list yet, into the statement list: the labels of
-// the statements that begin a branch stand first in that branch.
-void place_branch_label();
-
 // ---- names of constructs
 
 // The optional name behind a closing or middle statement's words.

@@ -1,28 +1,22 @@
-// The handlers of the control statements: IF in its forms, SELECT CASE, WHERE, the jumps, STOP, RETURN, and
-// the names of constructs. They read their statement and build its part of the tree; conditions, selectors
-// and case values stay as they were parsed until the statements of the unit are checked.
+// The handlers of the jumps: GO TO in its forms, ASSIGN, arithmetic IF, RETURN, STOP, PAUSE, and CONTINUE.
+// They read their statement and build its part of the tree; expressions stay as they were parsed until the
+// statements of the unit are checked.
+#include "statements/control.h"
+
 #include "constants/arithmetic.h"
 #include "declarations/scopes.h"
 #include "expressions/parser.h"
-#include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
 #include "statements/classify.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
-#include "statements/loop.h"
 
 #include <cstring>
 
 namespace zf90 {
 
-namespace {
-
-// ---- conditions
-
-// Reads "(" and an expression, which is an error node if it could not be read. True if ")" is the current
-// token then, also behind an expression in error; everything else has been reported.
 bool parse_condition(expr_node *&condition, bool &failed) {
     condition = nullptr;
     failed = true;
@@ -38,14 +32,13 @@ bool parse_condition(expr_node *&condition, bool &failed) {
     if (curr_token == tok_rparen) {
         return true;
     }
-    if (!failed) {
-        failed = true;
+    if (!failed && curr_token != tok_none) { // the tokenizer has spoken for a token that is none
         error(msg_expected_rparen);
     }
+    failed = true;
     return false;
 }
 
-// The same with the ")", and the token behind it read in the mode. True if all was good.
 bool parse_parenthesized(expr_node *&condition, std::uint32_t mode) {
     bool failed;
     if (!parse_condition(condition, failed)) {
@@ -54,6 +47,8 @@ bool parse_parenthesized(expr_node *&condition, std::uint32_t mode) {
     next_token(mode);
     return !failed;
 }
+
+namespace {
 
 // ---- labels
 
@@ -151,61 +146,6 @@ expr_node *parse_label_variable() {
     }
     node->source_pos = position;
     return node;
-}
-
-// ---- statements within statements
-
-// Runs a statement that follows in the text of another one, and gives the kind and the position of the outer
-// statement back afterwards.
-struct outer_statement {
-    statement_kind kind = curr_stmt_kind;
-    source_pos position = stmt_pos;
-    ~outer_statement() {
-        curr_stmt_kind = kind;
-        stmt_pos = position;
-    }
-};
-
-void classify_inner_statement() {
-    classify_statement();
-    curr_token = tok_none;
-    error_pos = stmt_pos;
-}
-
-bool run_dependent(construct_kind kind, statement *s) {
-    push_construct(kind, s);
-    const bool good = dispatch_statement();
-    pop_construct();
-    return good;
-}
-
-// Kinds that begin or end a block, or that hold a statement of their own.
-bool can_depend_on_if(statement_kind kind) {
-    switch (kind) {
-    case stmtk_case:
-    case stmtk_construct_name:
-    case stmtk_do:
-    case stmtk_do_while:
-    case stmtk_else:
-    case stmtk_else_if:
-    case stmtk_elsewhere:
-    case stmtk_end_do:
-    case stmtk_end_if:
-    case stmtk_end_select:
-    case stmtk_end_where:
-    case stmtk_if:
-    case stmtk_if_then:
-    case stmtk_select_case:
-    case stmtk_where_construct: return false;
-    default: return is_executable_kind(kind); // not INCLUDE and the forms of END
-    }
-}
-
-// A label on a statement that ends a construct stands behind it.
-void note_label_behind_construct() {
-    if (curr_label_symbol) {
-        note_label_position(curr_label_symbol, true, stmt_pos);
-    }
 }
 
 } // namespace
@@ -331,36 +271,6 @@ bool stmt_continue() {
     return true;
 }
 
-namespace {
-
-// EXIT and CYCLE.
-bool leave_or_cycle(il_statement_kind kind, error_code no_loop) {
-    check_reachable();
-    next_token(0);
-    const construct_name name = parse_construct_name();
-    const int loop = name.atom && !name.reported ? loop_of_name(name) : innermost_loop();
-    if (loop < 0) {
-        if (!name.reported) {
-            error_at(no_loop, stmt_pos);
-        }
-        return false;
-    }
-    construct_entry &entry = construct_stack[loop];
-    if (kind == stmk_exit) {
-        entry.reach_at_end = reachable;
-    }
-    if (name.reported) {
-        return false;
-    }
-    add_statement(kind)->constr_label = entry.top_label_stmt;
-    return true;
-}
-
-} // namespace
-
-bool stmt_exit() { return leave_or_cycle(stmk_exit, msg_exit_statement_without_do_construct); }
-bool stmt_cycle() { return leave_or_cycle(stmk_cycle, msg_cycle_statement_without_do_construct); }
-
 bool stmt_return() {
     check_reachable();
     if (curr_unit_kind != uk_subroutine && curr_unit_kind != uk_function) {
@@ -459,372 +369,5 @@ bool stop_or_pause(il_statement_kind kind) {
 
 bool stmt_stop() { return stop_or_pause(stmk_stop); }
 bool stmt_pause() { return stop_or_pause(stmk_pause); }
-
-// ---- IF
-
-bool stmt_if() {
-    check_reachable();
-    next_token(0);
-    expr_node *condition;
-    bool failed;
-    if (!parse_condition(condition, failed)) {
-        return false;
-    }
-    statement *s = add_statement(stmk_if);
-    s->expr = condition;
-    const outer_statement outer;
-    classify_inner_statement();
-    if (curr_stmt_kind == stmtk_bad) {
-        return false;
-    }
-    if (!can_depend_on_if(curr_stmt_kind)) {
-        error_at(msg_invalid_dependent_statement_of_logical_if_ignored, stmt_pos);
-        return false;
-    }
-    return run_dependent(cons_logical_if, s) && !failed;
-}
-
-bool stmt_if_then() {
-    check_reachable();
-    next_token(0);
-    expr_node *condition;
-    const bool good = parse_parenthesized(condition, lex_keyword);
-    statement *s = add_statement(stmk_if);
-    s->expr = condition;
-    if (curr_token == tok_kw_then) {
-        next_token(0);
-    }
-    push_construct(cons_block_if, s); // also without a good condition: its END IF will come
-    return good;
-}
-
-bool stmt_else_if() {
-    const bool found = close_construct(cons_block_if, {});
-    if (found) {
-        construct_entry &entry = top_construct();
-        note_branch_end(entry);
-        if (entry.second_branch) {
-            error_at(msg_else_has_already_appeared_for_corresponding_block_if, stmt_pos);
-        }
-        entry.second_branch = true;
-        begin_branch(entry);
-    }
-    next_token(0);
-    expr_node *condition;
-    bool good = parse_parenthesized(condition, lex_keyword);
-    if (good) {
-        good = expect_token(tok_kw_then, msg_expected_then);
-    }
-    if (curr_token == tok_kw_then) {
-        next_token(0);
-    }
-    if (!found) {
-        return good;
-    }
-    statement *s = add_statement(stmk_if);
-    s->expr = condition;
-    if (good) {
-        if (const construct_name name = parse_construct_name(); name.atom) {
-            close_construct(cons_block_if, name);
-        }
-    }
-    // A chain of ELSE IF is a nest of statements, but one construct with one END IF.
-    construct_entry &entry = top_construct();
-    entry.statement = s;
-    entry.tail = nullptr;
-    entry.second_branch = false;
-    return good;
-}
-
-bool stmt_else() {
-    next_token(0);
-    const construct_name name = parse_construct_name();
-    if (close_construct(cons_block_if, name)) {
-        construct_entry &entry = top_construct();
-        note_branch_end(entry);
-        if (entry.second_branch) {
-            error_at(msg_else_has_already_appeared_for_corresponding_block_if, stmt_pos);
-        }
-        entry.second_branch = true;
-        begin_branch(entry);
-    }
-    return true;
-}
-
-bool stmt_end_if() {
-    next_token(0);
-    const construct_name name = parse_construct_name();
-    if (close_construct(cons_block_if, name)) {
-        pop_construct();
-    }
-    note_label_behind_construct();
-    return true;
-}
-
-// ---- WHERE
-
-bool stmt_where_stmt() {
-    check_reachable();
-    next_token(0);
-    expr_node *mask;
-    bool failed;
-    if (!parse_condition(mask, failed)) {
-        return false;
-    }
-    statement *s = add_statement(stmk_where);
-    s->expr = mask;
-    const outer_statement outer;
-    classify_inner_statement();
-    if (curr_stmt_kind == stmtk_bad) {
-        return false;
-    }
-    if (curr_stmt_kind != stmtk_assignment) {
-        error_at(msg_invalid_dependent_statement_of_where_statement_ignored, stmt_pos);
-        return false;
-    }
-    return run_dependent(cons_where_stmt, s) && !failed;
-}
-
-bool stmt_where_construct() {
-    check_reachable();
-    next_token(0);
-    expr_node *mask;
-    const bool good = parse_parenthesized(mask, 0);
-    statement *s = add_statement(stmk_where);
-    s->expr = mask;
-    push_construct(cons_where, s);
-    return good;
-}
-
-bool stmt_elsewhere() {
-    next_token(0);
-    if (close_construct(cons_where, {})) {
-        construct_entry &entry = top_construct();
-        note_branch_end(entry);
-        if (entry.second_branch) {
-            error_at(msg_elsewhere_has_already_appeared_for_corresponding_block_where, stmt_pos);
-        }
-        entry.second_branch = true;
-        begin_branch(entry);
-    }
-    return true;
-}
-
-bool stmt_end_where() {
-    next_token(0);
-    if (close_construct(cons_where, {})) {
-        pop_construct();
-    }
-    note_label_behind_construct();
-    return true;
-}
-
-// ---- SELECT CASE
-
-namespace {
-
-// A case value as a constant: a literal's value, or an expression that is yet to be folded.
-constant *case_value(expr_node *value) {
-    constant *c = new_constant();
-    if (value->node_kind == enk_constant && value->constant->repr_kind == ck_value) {
-        fold_value copy = new_fold_value(ck_value);
-        read_constant(value->constant, copy);
-        c = store_fold_value(copy);
-    } else if (value->node_kind != enk_error) {
-        init_constant(c, ck_expression);
-        c->value.expr = value;
-    }
-    c->source_pos = value->source_pos;
-    return c;
-}
-
-bool parse_case_value(constant *&c) {
-    expr_node *value;
-    const bool good = parse_expression(value);
-    c = case_value(value);
-    return good;
-}
-
-// One of `e`, `e:`, `:e`, `e:e`.
-bool parse_case_range(case_range *range) {
-    const stop_at stops{tok_colon};
-    if (curr_token == tok_colon) {
-        range->range_kind = crk_ge;
-        next_token(lex_signed);
-        return parse_case_value(range->high);
-    }
-    range->range_kind = crk_eq;
-    bool good = parse_case_value(range->low);
-    if (curr_token == tok_colon) {
-        range->range_kind = crk_le;
-        next_token(lex_signed);
-        if (curr_token != tok_comma && curr_token != tok_rparen) {
-            range->range_kind = crk_gl;
-            good = parse_case_value(range->high) && good;
-        }
-    }
-    return good;
-}
-
-// The ranges of a CASE in parentheses, and the token behind them.
-bool parse_case_ranges(case_range *&list) {
-    list = nullptr;
-    if (!accept_token(tok_lparen, msg_expected_lparen, lex_signed)) {
-        return false;
-    }
-    bool good = true;
-    const stop_at stops{tok_rparen, tok_comma};
-    for (case_range **end = &list;;) {
-        *end = new_case_range();
-        good = parse_case_range(*end) && good;
-        end = &(*end)->next;
-        if (curr_token != tok_comma) {
-            break;
-        }
-        next_token(lex_signed);
-    }
-    if (!good && curr_token != tok_rparen) {
-        return false;
-    }
-    return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
-}
-
-} // namespace
-
-bool stmt_select_case() {
-    check_reachable();
-    next_token(0);
-    expr_node *selector;
-    const bool good = parse_parenthesized(selector, 0);
-    statement *s = add_statement(stmk_select);
-    s->expr = selector;
-    push_construct(cons_select, s);
-    return good;
-}
-
-bool stmt_case() {
-    const bool found = close_construct(cons_select, {});
-    if (found) {
-        construct_entry &entry = top_construct();
-        if (entry.tail) { // there is a CASE before
-            note_branch_end(entry);
-            begin_branch(entry);
-        } else {
-            place_branch_label();
-        }
-    }
-    bool good = true;
-    case_range *list = nullptr;
-    if (next_token(lex_keyword) == tok_kw_default) {
-        next_token(0);
-        if (found) {
-            construct_entry &entry = top_construct();
-            if (entry.second_branch) {
-                error_at(msg_no_more_than_one_selector_may_be_default, stmt_pos);
-            }
-            entry.second_branch = true;
-        }
-    } else {
-        good = parse_case_ranges(list);
-    }
-    if (!found) {
-        return good;
-    }
-    statement *s = add_statement(stmk_case);
-    s->case_range_list = list;
-    if (good) {
-        if (const construct_name name = parse_construct_name(); name.atom) {
-            close_construct(cons_select, name);
-        }
-    }
-    push_construct(cons_case, s);
-    return good;
-}
-
-bool stmt_end_select() {
-    next_token(0);
-    const construct_name name = parse_construct_name();
-    if (close_construct(cons_select, name)) {
-        pop_construct();
-    }
-    return true;
-}
-
-// ---- END DO
-
-bool stmt_end_do() {
-    next_token(0);
-    const construct_name name = parse_construct_name();
-    bool reported = name.reported;
-    int loop = -1;
-    if (name.atom && !reported) {
-        loop = loop_of_name(name);
-        if (loop < 0) {
-            reported = true;
-            error_at(msg_end_do_construct_name_does_not_match_label, stmt_pos);
-        }
-    }
-    if (loop < 0 && curr_label_symbol) {
-        loop = loop_of_label(curr_label_symbol);
-    }
-    if (loop < 0) {
-        loop = innermost_loop();
-    }
-    if (loop < 0) {
-        if (!reported) {
-            error_at(msg_end_do_is_only_allowed_inside_do_or_do, stmt_pos);
-        }
-        return true;
-    }
-    if (!name.atom && is_named(construct_stack[loop])) {
-        reported = true;
-        error_at(msg_end_do_construct_name_does_not_match_label, stmt_pos);
-    }
-    close_do_to(loop, reported);
-    return true;
-}
-
-// ---- names of constructs
-
-bool stmt_construct_name() {
-    check_reachable();
-    if (next_token(lex_construct_name) != tok_label) {
-        error_at(msg_expected_construct_name, stmt_pos);
-        return false;
-    }
-    const name_locator name = curr_name;
-    next_token(0); // the colon
-    symbol *taken = lookup_current();
-    if (taken && taken->kind == sk_host_candidate &&
-        (taken->flags & (sf_referenced | sf_used_as_bound)) == 0) {
-        taken = nullptr; // only a scope within this one uses the name, and it is not this name
-    }
-    if (taken) {
-        error_at(msg_label_has_already_been_defined, name.position);
-        note_symbol_use(use_referenced, taken, name.position);
-    }
-    classify_inner_statement();
-    switch (curr_stmt_kind) {
-    case stmtk_do:
-    case stmtk_do_while:
-    case stmtk_if_then:
-    case stmtk_select_case: break;
-    case stmtk_bad: return false;
-    default: error_at(msg_construct_name_can_be_given_to_do_select, stmt_pos); return false;
-    }
-    symbol *label = nullptr;
-    if (taken) {
-        add_loop_label();
-    } else {
-        label = define_label(name, lk_control, name.position);
-        label_as_statement(label);
-    }
-    const int depth = construct_depth;
-    const bool good = dispatch_statement();
-    if (construct_depth > depth) {
-        set_construct_name(name.atom, label);
-    }
-    return good;
-}
 
 } // namespace zf90

@@ -1,9 +1,11 @@
-// DO and DO WHILE: their heads. The construct stack knows how loops end (statements/constructs.h).
+// The handlers of loops: the heads of DO and DO WHILE, END DO, EXIT and CYCLE. How loops end at labels the
+// construct stack knows (statements/constructs.h).
 #include "expressions/parser.h"
 #include "il/entries.h"
 #include "source/token_helpers.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
+#include "statements/loop.h"
 
 #include <algorithm>
 
@@ -140,5 +142,67 @@ bool stmt_do_while() {
     }
     return good && label_good;
 }
+
+bool stmt_end_do() {
+    next_token(0);
+    const construct_name name = parse_construct_name();
+    bool reported = name.reported;
+    int loop = -1;
+    if (name.atom && !reported) {
+        loop = loop_of_name(name);
+        if (loop < 0) {
+            reported = true;
+            error_at(msg_end_do_construct_name_does_not_match_label, stmt_pos);
+        }
+    }
+    if (loop < 0 && curr_label_symbol) {
+        loop = loop_of_label(curr_label_symbol);
+    }
+    if (loop < 0) {
+        loop = innermost_loop();
+    }
+    if (loop < 0) {
+        if (!reported) {
+            error_at(msg_end_do_is_only_allowed_inside_do_or_do, stmt_pos);
+        }
+        return true;
+    }
+    if (!name.atom && is_named(construct_stack[loop])) {
+        reported = true;
+        error_at(msg_end_do_construct_name_does_not_match_label, stmt_pos);
+    }
+    close_do_to(loop, reported);
+    return true;
+}
+
+namespace {
+
+// EXIT and CYCLE.
+bool leave_or_cycle(il_statement_kind kind, error_code no_loop) {
+    check_reachable();
+    next_token(0);
+    const construct_name name = parse_construct_name();
+    const int loop = name.atom && !name.reported ? loop_of_name(name) : innermost_loop();
+    if (loop < 0) {
+        if (!name.reported) {
+            error_at(no_loop, stmt_pos);
+        }
+        return false;
+    }
+    construct_entry &entry = construct_stack[loop];
+    if (kind == stmk_exit) {
+        entry.reach_at_end = reachable;
+    }
+    if (name.reported) {
+        return false;
+    }
+    add_statement(kind)->constr_label = entry.top_label_stmt;
+    return true;
+}
+
+} // namespace
+
+bool stmt_exit() { return leave_or_cycle(stmk_exit, msg_exit_statement_without_do_construct); }
+bool stmt_cycle() { return leave_or_cycle(stmk_cycle, msg_cycle_statement_without_do_construct); }
 
 } // namespace zf90

@@ -1,0 +1,405 @@
+// The handlers of the constructs that choose: IF, WHERE and SELECT CASE, with the single statements that an
+// IF or a WHERE governs, and the names of constructs. Conditions, masks, selectors and case values stay as
+// they were parsed until the statements of the unit are checked.
+#include "constants/arithmetic.h"
+#include "expressions/parser.h"
+#include "il/constants.h"
+#include "il/entries.h"
+#include "source/token_helpers.h"
+#include "statements/classify.h"
+#include "statements/constructs.h"
+#include "statements/control.h"
+#include "statements/handlers.h"
+#include "statements/loop.h"
+
+namespace zf90 {
+
+namespace {
+
+// Runs a statement that follows in the text of another one, and gives the kind and the position of the outer
+// statement back afterwards.
+struct outer_statement {
+    statement_kind kind = curr_stmt_kind;
+    source_pos position = stmt_pos;
+    ~outer_statement() {
+        curr_stmt_kind = kind;
+        stmt_pos = position;
+    }
+};
+
+void classify_inner_statement() {
+    classify_statement();
+    curr_token = tok_none;
+    error_pos = stmt_pos;
+}
+
+bool run_dependent(construct_kind kind, statement *s) {
+    push_construct(kind, s);
+    const bool good = dispatch_statement();
+    pop_construct();
+    return good;
+}
+
+// Kinds that begin or end a block, or that hold a statement of their own.
+bool can_depend_on_if(statement_kind kind) {
+    switch (kind) {
+    case stmtk_case:
+    case stmtk_construct_name:
+    case stmtk_do:
+    case stmtk_do_while:
+    case stmtk_else:
+    case stmtk_else_if:
+    case stmtk_elsewhere:
+    case stmtk_end_do:
+    case stmtk_end_if:
+    case stmtk_end_select:
+    case stmtk_end_where:
+    case stmtk_if:
+    case stmtk_if_then:
+    case stmtk_select_case:
+    case stmtk_where_construct: return false;
+    default: return is_executable_kind(kind); // not INCLUDE and the forms of END
+    }
+}
+
+// A label on a statement that ends a construct stands behind it.
+void note_label_behind_construct() {
+    if (curr_label_symbol) {
+        note_label_position(curr_label_symbol, true, stmt_pos);
+    }
+}
+
+} // namespace
+
+// ---- IF
+
+bool stmt_if() {
+    check_reachable();
+    next_token(0);
+    expr_node *condition;
+    bool failed;
+    if (!parse_condition(condition, failed)) {
+        return false;
+    }
+    statement *s = add_statement(stmk_if);
+    s->expr = condition;
+    const outer_statement outer;
+    classify_inner_statement();
+    if (curr_stmt_kind == stmtk_bad) {
+        return false;
+    }
+    if (!can_depend_on_if(curr_stmt_kind)) {
+        error_at(msg_invalid_dependent_statement_of_logical_if_ignored, stmt_pos);
+        return false;
+    }
+    return run_dependent(cons_logical_if, s) && !failed;
+}
+
+bool stmt_if_then() {
+    check_reachable();
+    next_token(0);
+    expr_node *condition;
+    const bool good = parse_parenthesized(condition, lex_keyword);
+    statement *s = add_statement(stmk_if);
+    s->expr = condition;
+    if (curr_token == tok_kw_then) {
+        next_token(0);
+    }
+    push_construct(cons_block_if, s); // also without a good condition: its END IF will come
+    return good;
+}
+
+bool stmt_else_if() {
+    const bool found = close_construct(cons_block_if, {});
+    if (found) {
+        construct_entry &entry = top_construct();
+        note_branch_end(entry);
+        if (entry.second_branch) {
+            error_at(msg_else_has_already_appeared_for_corresponding_block_if, stmt_pos);
+        }
+        entry.second_branch = true;
+        begin_branch(entry);
+    }
+    next_token(0);
+    expr_node *condition;
+    bool good = parse_parenthesized(condition, lex_keyword);
+    if (good) {
+        good = expect_token(tok_kw_then, msg_expected_then);
+    }
+    if (curr_token == tok_kw_then) {
+        next_token(0);
+    }
+    if (!found) {
+        return good;
+    }
+    statement *s = add_statement(stmk_if);
+    s->expr = condition;
+    if (good) {
+        if (const construct_name name = parse_construct_name(); name.atom) {
+            close_construct(cons_block_if, name);
+        }
+    }
+    // A chain of ELSE IF is a nest of statements, but one construct with one END IF.
+    construct_entry &entry = top_construct();
+    entry.statement = s;
+    entry.tail = nullptr;
+    entry.second_branch = false;
+    return good;
+}
+
+bool stmt_else() {
+    next_token(0);
+    const construct_name name = parse_construct_name();
+    if (close_construct(cons_block_if, name)) {
+        construct_entry &entry = top_construct();
+        note_branch_end(entry);
+        if (entry.second_branch) {
+            error_at(msg_else_has_already_appeared_for_corresponding_block_if, stmt_pos);
+        }
+        entry.second_branch = true;
+        begin_branch(entry);
+    }
+    return true;
+}
+
+bool stmt_end_if() {
+    next_token(0);
+    const construct_name name = parse_construct_name();
+    if (close_construct(cons_block_if, name)) {
+        pop_construct();
+    }
+    note_label_behind_construct();
+    return true;
+}
+
+// ---- WHERE
+
+bool stmt_where_stmt() {
+    check_reachable();
+    next_token(0);
+    expr_node *mask;
+    bool failed;
+    if (!parse_condition(mask, failed)) {
+        return false;
+    }
+    statement *s = add_statement(stmk_where);
+    s->expr = mask;
+    const outer_statement outer;
+    classify_inner_statement();
+    if (curr_stmt_kind == stmtk_bad) {
+        return false;
+    }
+    if (curr_stmt_kind != stmtk_assignment) {
+        error_at(msg_invalid_dependent_statement_of_where_statement_ignored, stmt_pos);
+        return false;
+    }
+    return run_dependent(cons_where_stmt, s) && !failed;
+}
+
+bool stmt_where_construct() {
+    check_reachable();
+    next_token(0);
+    expr_node *mask;
+    const bool good = parse_parenthesized(mask, 0);
+    statement *s = add_statement(stmk_where);
+    s->expr = mask;
+    push_construct(cons_where, s);
+    return good;
+}
+
+bool stmt_elsewhere() {
+    next_token(0);
+    if (close_construct(cons_where, {})) {
+        construct_entry &entry = top_construct();
+        note_branch_end(entry);
+        if (entry.second_branch) {
+            error_at(msg_elsewhere_has_already_appeared_for_corresponding_block_where, stmt_pos);
+        }
+        entry.second_branch = true;
+        begin_branch(entry);
+    }
+    return true;
+}
+
+bool stmt_end_where() {
+    next_token(0);
+    if (close_construct(cons_where, {})) {
+        pop_construct();
+    }
+    note_label_behind_construct();
+    return true;
+}
+
+// ---- SELECT CASE
+
+namespace {
+
+// A case value as a constant: a literal's value, or an expression that is yet to be folded.
+constant *case_value(expr_node *value) {
+    constant *c = new_constant();
+    if (value->node_kind == enk_constant && value->constant->repr_kind == ck_value) {
+        fold_value copy = new_fold_value(ck_value);
+        read_constant(value->constant, copy);
+        c = store_fold_value(copy);
+    } else if (value->node_kind != enk_error) {
+        init_constant(c, ck_expression);
+        c->value.expr = value;
+    }
+    c->source_pos = value->source_pos;
+    return c;
+}
+
+bool parse_case_value(constant *&c) {
+    expr_node *value;
+    const bool good = parse_expression(value);
+    c = case_value(value);
+    return good;
+}
+
+// One of `e`, `e:`, `:e`, `e:e`.
+bool parse_case_range(case_range *range) {
+    const stop_at stops{tok_colon};
+    if (curr_token == tok_colon) {
+        range->range_kind = crk_ge;
+        next_token(lex_signed);
+        return parse_case_value(range->high);
+    }
+    range->range_kind = crk_eq;
+    bool good = parse_case_value(range->low);
+    if (curr_token == tok_colon) {
+        range->range_kind = crk_le;
+        next_token(lex_signed);
+        if (curr_token != tok_comma && curr_token != tok_rparen) {
+            range->range_kind = crk_gl;
+            good = parse_case_value(range->high) && good;
+        }
+    }
+    return good;
+}
+
+// The ranges of a CASE in parentheses, and the token behind them.
+bool parse_case_ranges(case_range *&list) {
+    list = nullptr;
+    if (!accept_token(tok_lparen, msg_expected_lparen, lex_signed)) {
+        return false;
+    }
+    bool good = true;
+    const stop_at stops{tok_rparen, tok_comma};
+    for (case_range **end = &list;;) {
+        *end = new_case_range();
+        good = parse_case_range(*end) && good;
+        end = &(*end)->next;
+        if (curr_token != tok_comma) {
+            break;
+        }
+        next_token(lex_signed);
+    }
+    if (!good && curr_token != tok_rparen) {
+        return false;
+    }
+    return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
+}
+
+} // namespace
+
+bool stmt_select_case() {
+    check_reachable();
+    next_token(0);
+    expr_node *selector;
+    const bool good = parse_parenthesized(selector, 0);
+    statement *s = add_statement(stmk_select);
+    s->expr = selector;
+    push_construct(cons_select, s);
+    return good;
+}
+
+bool stmt_case() {
+    const bool found = close_construct(cons_select, {});
+    if (found) {
+        construct_entry &entry = top_construct();
+        if (entry.tail) { // there is a CASE before
+            note_branch_end(entry);
+            begin_branch(entry);
+        }
+    }
+    bool good = true;
+    case_range *list = nullptr;
+    if (next_token(lex_keyword) == tok_kw_default) {
+        next_token(0);
+        if (found) {
+            construct_entry &entry = top_construct();
+            if (entry.second_branch) {
+                error_at(msg_no_more_than_one_selector_may_be_default, stmt_pos);
+            }
+            entry.second_branch = true;
+        }
+    } else {
+        good = parse_case_ranges(list);
+    }
+    if (!found) {
+        return good;
+    }
+    statement *s = add_statement(stmk_case);
+    s->case_range_list = list;
+    if (good) {
+        if (const construct_name name = parse_construct_name(); name.atom) {
+            close_construct(cons_select, name);
+        }
+    }
+    push_construct(cons_case, s);
+    return good;
+}
+
+bool stmt_end_select() {
+    next_token(0);
+    const construct_name name = parse_construct_name();
+    if (close_construct(cons_select, name)) {
+        pop_construct();
+    }
+    return true;
+}
+
+// ---- names of constructs
+
+bool stmt_construct_name() {
+    check_reachable();
+    if (next_token(lex_construct_name) != tok_label) {
+        error_at(msg_expected_construct_name, stmt_pos);
+        return false;
+    }
+    const name_locator name = curr_name;
+    next_token(0); // the colon
+    symbol *taken = lookup_current();
+    if (taken && taken->kind == sk_host_candidate &&
+        (taken->flags & (sf_referenced | sf_used_as_bound)) == 0) {
+        taken = nullptr; // only a scope within this one uses the name, and it is not this name
+    }
+    if (taken) {
+        error_at(msg_label_has_already_been_defined, name.position);
+        note_symbol_use(use_referenced, taken, name.position);
+    }
+    classify_inner_statement();
+    switch (curr_stmt_kind) {
+    case stmtk_do:
+    case stmtk_do_while:
+    case stmtk_if_then:
+    case stmtk_select_case: break;
+    case stmtk_bad: return false;
+    default: error_at(msg_construct_name_can_be_given_to_do_select, stmt_pos); return false;
+    }
+    symbol *label = nullptr;
+    if (taken) {
+        add_loop_label();
+    } else {
+        label = define_label(name, lk_control, name.position);
+        label_as_statement(label);
+    }
+    const int depth = construct_depth;
+    const bool good = dispatch_statement();
+    if (construct_depth > depth) {
+        set_construct_name(name.atom, label);
+    }
+    return good;
+}
+
+} // namespace zf90
