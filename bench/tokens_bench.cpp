@@ -97,7 +97,7 @@ void start_compilation(bool fixed_form) {
         started = true;
         region_init();
         il_init();
-        seed_intrinsics();
+        init_seed_tables();
     }
 }
 

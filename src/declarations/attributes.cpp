@@ -1,9 +1,9 @@
 // The table of attributes turned into a matrix, and the check of a name's attributes.
 #include "declarations/attributes.h"
 
+#include "declarations/implicit.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
-#include "declarations/implicit.h"
 #include "driver/diagnostics.h"
 #include "il/types.h"
 #include "source/tokens.h"
@@ -26,7 +26,7 @@ struct attribute_row {
 };
 
 constexpr attribute_row attribute_rows[] = {
-#define ATTRIBUTE(number, name, word, repeat_rule, conflicts, required)                                      \
+#define ATTRIBUTE(number, name, word, repeat_rule, conflicts, required) \
     {word, repeat::repeat_rule, conflicts, required},
 #include "declarations/attributes.def"
 #undef ATTRIBUTE
@@ -226,7 +226,7 @@ void merge(attribute_check &c) {
 
 // The words of what an attribute requires, in a text of its own.
 class required_words {
-  public:
+public:
     explicit required_words(std::size_t row) {
         for (std::size_t j = 0; j < attribute_count; ++j) {
             if (attr_matrix[row][j] == requires_named) {
@@ -237,7 +237,7 @@ class required_words {
     }
     std::string_view view() const { return {text_, size_}; }
 
-  private:
+private:
     void append(std::string_view word) { size_ += word.copy(text_ + size_, sizeof text_ - size_); }
 
     char text_[128];
@@ -272,8 +272,7 @@ bool check_one(const attribute_check &c, std::size_t i, attribute_set &set) {
         if (std::string_view(attr_names[i]) != attr_names[j]) {
             error_at(msg_entity_should_not_be, c.position, attr_names[i], attr_names[j]);
         } else {
-            error_at(msg_entity_declared_repeatedly, c.position, name_of(c),
-                     attr_names[i]);
+            error_at(msg_entity_declared_repeatedly, c.position, name_of(c), attr_names[i]);
         }
         set[j] = false;
         good = false;

@@ -1,6 +1,6 @@
-// The attributes that names may have, which of them may be combined, and the one routine that applies the rules.
-// A statement collects the attributes that it states in an `attribute_set`, checks them against what the name
-// has already, and records them (declarations/declarations.h).
+// The attributes that names may have, which of them may be combined, and the one routine that applies the
+// rules. A statement collects the attributes that it states in an `attribute_set`, checks them against what
+// the name has already, and records them (declarations/declarations.h).
 #pragma once
 
 #include "il/records.h"
@@ -26,8 +26,8 @@ extern const std::array<std::array<attribute_relation, attribute_count>, attribu
 extern const std::array<const char *, attribute_count> attr_names;
 
 // Merges into a copy of the set what the symbol has already, and checks the whole; messages go to `position`.
-// True if there was no conflict. An attribute that conflicts is taken out of `set`. What an attribute requires is
-// asked for only when the specification part is over. A null symbol is a name not yet declared.
+// True if there was no conflict. An attribute that conflicts is taken out of `set`. What an attribute
+// requires is asked for only when the specification part is over. A null symbol is a name not yet declared.
 bool check_attributes(symbol *s, attribute_set &set, source_pos position);
 
 // The attribute of an array's shape.

@@ -16,8 +16,8 @@ void recompute_size(type *array) {
     complete_type(array);
 }
 
-// Whether the name reports a conflict with its type so far: one that was declared has been reported as declared
-// twice, and one that comes from mere use gives way.
+// Whether the name reports a conflict with its type so far: one that was declared has been reported as
+// declared twice, and one that comes from mere use gives way.
 bool reports_conflict(const symbol *s) {
     return (s->flags & sf_type_implicit) && !(s->flags & sf_inferred) && s->name != error_atom;
 }
@@ -132,7 +132,8 @@ void apply_implicit(symbol *s, source_pos position) {
         implied = implicit_type_of(s);
         if (!implied) {
             code = msg_identifier_has_not_been_explicitly_typed;
-        } else if (implied->type_code != tk_integer && s->kind == sk_variable && (s->flags & sf_used_as_bound)) {
+        } else if (implied->type_code != tk_integer && s->kind == sk_variable &&
+                   (s->flags & sf_used_as_bound)) {
             code = msg_implicit_type_of_conflicts_with_use_as_array;
         } else if (implied->type_code != tk_integer && (s->flags & sf_implied_do)) {
             code = msg_implicit_type_of_conflicts_with_use_as_implied;
@@ -212,8 +213,8 @@ bool set_dummy_proc_type(symbol *s, type *declared) {
     bool good = true;
     if (!o->type || o->type->type_code != tk_routine) {
         o->type = new_routine_type(o, declared);
-    } else if (type *&return_type = o->type->routine.return_type; return_type->type_code == tk_unknown ||
-                                                                  return_type->type_code == tk_unspec_routine) {
+    } else if (type *&return_type = o->type->routine.return_type;
+               return_type->type_code == tk_unknown || return_type->type_code == tk_unspec_routine) {
         return_type = declared;
     } else if ((s->flags & sf_type_implicit) && return_type == declared) {
         s->flags &= ~std::uint32_t{sf_type_implicit};

@@ -1,6 +1,6 @@
-// The types of names: the letter table of the IMPLICIT statements, and the routines that give a symbol its type,
-// declared or from the table. A type from the table is provisional (`sf_type_implicit`) until a declaration
-// confirms it or the specification part ends.
+// The types of names: the letter table of the IMPLICIT statements, and the routines that give a symbol its
+// type, declared or from the table. A type from the table is provisional (`sf_type_implicit`) until a
+// declaration confirms it or the specification part ends.
 #pragma once
 
 #include "il/records.h"
@@ -14,8 +14,9 @@ type *type_of_symbol(const symbol *s);
 
 bool is_character_symbol(const symbol *s);
 
-// Gives an untyped symbol its implicit type, or reports that it has none that it may have: at `position`, or at
-// the symbol's declaration if that is null. The symbol has a type afterwards, in the worst case the error type.
+// Gives an untyped symbol its implicit type, or reports that it has none that it may have: at `position`, or
+// at the symbol's declaration if that is null. The symbol has a type afterwards, in the worst case the error
+// type.
 void apply_implicit(symbol *s, source_pos position);
 
 // Declares the type of a symbol. False if it has one already that is another; `override` then replaces it.

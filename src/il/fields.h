@@ -22,30 +22,29 @@ namespace zf90 {
 
 // The entry kind of a record type.
 template <class T> inline constexpr entry_kind kind_of = kind_end;
-#define ZF90_KIND_OF(name, letter, named) \
-    template <> inline constexpr entry_kind kind_of<struct name> = kind_##name;
-ZF90_KIND_OF(il_header, , )
-ZF90_KIND_OF(source_file, , )
-ZF90_KIND_OF(constant, , )
-ZF90_KIND_OF(param_type, , )
-ZF90_KIND_OF(type, , )
-ZF90_KIND_OF(label, , )
-ZF90_KIND_OF(expr_node, , )
-ZF90_KIND_OF(object, , )
-ZF90_KIND_OF(interface, , )
-ZF90_KIND_OF(statement, , )
-ZF90_KIND_OF(scope, , )
-ZF90_KIND_OF(atom, , )
-ZF90_KIND_OF(bound_info_entry, , )
-ZF90_KIND_OF(do_loop, , )
-ZF90_KIND_OF(label_list_entry, , )
-ZF90_KIND_OF(object_list_member, , )
-ZF90_KIND_OF(alloc, , )
-ZF90_KIND_OF(case_range, , )
-ZF90_KIND_OF(namelist_group, , )
-ZF90_KIND_OF(input_output_description, , )
-ZF90_KIND_OF(entry_description, , )
-ZF90_KIND_OF(symbol, , )
+#define ZF90_KIND_OF(name) template <> inline constexpr entry_kind kind_of<struct name> = kind_##name;
+ZF90_KIND_OF(il_header)
+ZF90_KIND_OF(source_file)
+ZF90_KIND_OF(constant)
+ZF90_KIND_OF(param_type)
+ZF90_KIND_OF(type)
+ZF90_KIND_OF(label)
+ZF90_KIND_OF(expr_node)
+ZF90_KIND_OF(object)
+ZF90_KIND_OF(interface)
+ZF90_KIND_OF(statement)
+ZF90_KIND_OF(scope)
+ZF90_KIND_OF(atom)
+ZF90_KIND_OF(bound_info_entry)
+ZF90_KIND_OF(do_loop)
+ZF90_KIND_OF(label_list_entry)
+ZF90_KIND_OF(object_list_member)
+ZF90_KIND_OF(alloc)
+ZF90_KIND_OF(case_range)
+ZF90_KIND_OF(namelist_group)
+ZF90_KIND_OF(input_output_description)
+ZF90_KIND_OF(entry_description)
+ZF90_KIND_OF(symbol)
 #undef ZF90_KIND_OF
 
 // The records that describe_fields describes, for switches over kinds.

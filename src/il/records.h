@@ -340,6 +340,7 @@ struct expr_node : il_entry {
         expr_node *stride;           // enk_triplet
         bool ignore_lbound;          // subscript family
         bool has_a_scope;            // enk_implied_do, enk_isum
+        bool has_triplet;            // enk_symbol_call: the list has a section triplet
     };
 };
 

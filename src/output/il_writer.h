@@ -1,5 +1,5 @@
-// Writes the intermediate language as text: the `.cil` file of a compilation, and, with `module_mode` set, the
-// records of a module file.
+// Writes the intermediate language as text: the `.cil` file of a compilation, and, with `module_mode` set,
+// the records of a module file.
 #pragma once
 
 #include "il/records.h"

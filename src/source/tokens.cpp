@@ -374,6 +374,15 @@ int search_tokens(const token_kind (&targets)[3]) {
     }
 }
 
+// That of the cursor, at once for a statement of one line.
+source_pos position_of_token() {
+    if (segment_count == 1) {
+        const line_segment &line = line_segments[0];
+        return {line.seq, static_cast<std::uint16_t>(line_cursor - line.base + 1)};
+    }
+    return position_of_cursor(line_cursor);
+}
+
 constexpr const char *token_names[] = {
     "name",         "name_eq", "integer",    "real",    "character", "logical",    "hollerith",   "boz",
     "label",        "letter",  "defined_op", "lparen",  "rparen",    "array_open", "array_close", "colon",
@@ -418,7 +427,7 @@ token_kind next_token(std::uint32_t mode) {
         skip_between_tokens();
     }
     token_start = line_cursor;
-    curr_token_pos = position_of_cursor(line_cursor);
+    curr_token_pos = position_of_token();
     text_end = token_text;
     curr_token = scan_token(mode);
     *text_end = '\0';

@@ -400,10 +400,8 @@ bool check_access_statement(program_unit_kind u) {
     if (u != uk_module) {
         return refuse(msg_access_specifier_or_statement_may_appear_only_in_scoping);
     }
-    if (!in_type_def) {
-        return true;
-    }
-    return curr_stmt_kind == stmtk_private && unit.type_head_open ? true : out_of_order();
+    // PUBLIC doesn't come as far as this in a type definition.
+    return in_type_def && !unit.type_head_open ? out_of_order() : true;
 }
 
 bool check_end_type() {

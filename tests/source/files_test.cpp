@@ -142,6 +142,21 @@ TEST_F(FilesTest, DeepIncludesAreParkedAndResumed) {
     EXPECT_EQ(curr_source, nullptr);
 }
 
+TEST_F(FilesTest, TheLastLineMayOpenAFileThoughItHasNoNewline) {
+    scratch_directory::write("main.f90", "a\nb");
+    scratch_directory::write("one.inc", "p\nq\n");
+    open("main.f90");
+    testing::internal::CaptureStderr();
+    read_lines(2);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "main.f90 (  2: 2) warning: last line of file ends without a newline\n");
+    open("one.inc");
+    read_lines(2);
+    end_file();
+    end_file();
+    EXPECT_EQ(curr_source, nullptr);
+}
+
 TEST_F(FilesTest, DirectoryNamesAreStrippedAndShared) {
     scratch_directory::write("sub/dir/main.f90", "a\n");
     scratch_directory::write("sub/dir/one.inc", "a\n");

@@ -186,6 +186,21 @@ TEST_F(LinesTest, NulBytesAreReportedAndGiveWayToBlanks) {
     testing::internal::GetCapturedStderr();
 }
 
+TEST_F(LinesTest, NulBytesOutsideOfStatementsAreNoMatter) {
+    using namespace std::string_literals;
+    EXPECT_EQ(messages("a ! \0\nb = '!' \0\n"s), error_text(2, 9, msg_unrecognized_token));
+    restart_front_end(true);
+    EXPECT_EQ(messages("      A" + std::string(65, ' ') + "\0\n"s), "");
+}
+
+TEST_F(LinesTest, DroppedLinesOfALiteralAreNotTakenForStatements) {
+    std::string text = "a = 'x&\n";
+    for (int i = 0; i < 45; ++i) {
+        text += "&text ! " + std::to_string(i) + " &\n";
+    }
+    EXPECT_EQ(messages(text + "&'\nb\n"), error_text(41, 0, msg_too_many_lines_in_statement));
+}
+
 TEST_F(LinesTest, AnyByteMayStandInALine) {
     std::string all;
     for (int c = 1; c < 256; ++c) {

@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <initializer_list>
+#include <random>
 
 namespace zf90 {
 namespace {
@@ -883,7 +884,7 @@ TEST_F(ClassifyTest, PositionIsThatOfTheFirstCharacter) {
     kind_of("\t x = 1");
     EXPECT_EQ(stmt_pos, (source_pos{1, 3}));
     use_fixed_form();
-    kind_of("  X = 1");
+    kind_of("        X = 1");
     EXPECT_EQ(stmt_pos, (source_pos{1, 9}));
 }
 
@@ -912,11 +913,52 @@ TEST_F(ClassifyTest, LongStatements) {
         for (int line = 0; line < 38; ++line) {
             text += std::string(60, '(') + "'h'&\n&";
         }
-        for (int i = 0; i < 100; ++i) {
-            messages_of([&] { kind_of(text); });
-        }
+        messages_of([&] {
+            start(text);
+            for (int i = 0; i < 1000; ++i) {
+                line_cursor = line_segments[0].text;
+                classify_statement();
+            }
+        });
     }
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
+}
+
+// Whatever the text, a statement gets a kind, and its handler begins within it.
+TEST_F(ClassifyTest, AnyText) {
+    const char *const pieces[] = {"do",        "if",        "end",   "else",    "where", "type",  "character",
+                                  "recursive", "double",    "real",  "include", "goto",  "(",     ")",
+                                  "=",         "=>",        ",",     "::",      ":",     "%",     "*",
+                                  "(/",        "/)",        "10",    "1.5",     "'",     "\"x\"", "5h",
+                                  "b'1'",      ".eq.",      ";",     "&\n",     "&",     "!",     "function",
+                                  "while",     "x",         "then",  "\t",      "$",     "\x80",  " ",
+                                  "precision", "procedure", "module"};
+    std::minstd_rand random(7);
+    for (const bool fixed : {false, true}) {
+        restart_front_end(fixed);
+        std::string text;
+        for (int i = 0; i < 20000; ++i) {
+            text += fixed ? "      " : "";
+            for (unsigned n = 1 + random() % 12; n > 0; --n) {
+                text += pieces[random() % std::size(pieces)];
+                text += random() % 2 ? " " : "";
+            }
+            text += "\n";
+        }
+        scratch_directory::write("t.f90", text);
+        open_source_file("t.f90", include_search_list);
+        messages_of([&] {
+            while (next_statement()) {
+                stmt_phase = static_cast<statement_phase>(random() % 9);
+                classify_statement();
+                EXPECT_LT(curr_stmt_kind, statement_kind_count);
+                EXPECT_GE(stmt_resume, stmt_start);
+                EXPECT_LT(stmt_resume, stmt_write_pos);
+                EXPECT_EQ(line_cursor, stmt_resume);
+                skip_line();
+            }
+        });
+    }
 }
 
 } // namespace

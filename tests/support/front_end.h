@@ -57,6 +57,10 @@ inline void restart_front_end(bool fixed_form = false) {
     fixed_form_input = fixed_form;
     diagnostic_threshold = severity_warning;
     error_limit = 1000000;
+    while (search_dir *dir = include_search_list.first) {
+        include_search_list.first = dir->next;
+        std::free(dir);
+    }
     include_search_list = {};
     module_search_list = {};
     error_pos = null_pos;

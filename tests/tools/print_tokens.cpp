@@ -48,7 +48,7 @@ int main(int argc, char **argv) {
     }
     region_init();
     il_init();
-    seed_intrinsics();
+    init_seed_tables();
     lexer_init();
     il_root.primary_scope = new_scope();
     open_source_file(file, {});
