@@ -184,9 +184,7 @@ bool read_entity_length(bool has_type) {
         recover_tokens();
         return true;
     }
-    type *with_length = nullptr;
-    read_char_length(element, with_length);
-    next_token(0);
+    type *with_length = read_char_length(element, 0);
     if (!is_array(entity_type)) {
         entity_type = with_length;
         return true;

@@ -1,6 +1,7 @@
-// Handlers that do not exist yet: each skips its statement and succeeds. Whoever writes a handler deletes its
-// line here.
+// What does not exist yet: each handler skips its statement and succeeds, and variables get no storage. Whoever
+// writes one deletes its line here.
 #include "declarations/derived_types.h"
+#include "declarations/storage.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
@@ -41,5 +42,7 @@ PENDING(write)
 #undef PENDING
 
 void finish_open_type() {}
+
+void layout_storage() {}
 
 } // namespace zf90
