@@ -209,12 +209,6 @@ void pass_on_marks(const symbol *s) {
     outer->flags |= s->flags & (sf_called | sf_called_as_subroutine);
 }
 
-// A label that nothing but DO statements has named is not reported: their loops have been left open, which
-// has been reported.
-bool is_missing(const symbol *s) {
-    return !(s->aux2 & lf_defined) && (!(s->aux2 & lf_ends_loop) || (s->aux2 & (lf_branch | lf_format)));
-}
-
 } // namespace
 
 void finish_symbol(symbol *s) {
@@ -230,7 +224,7 @@ void finish_symbol(symbol *s) {
     case sk_data_name:
     case sk_dummy_function: type_if_untyped(s); break;
     case sk_label:
-        if (is_missing(s)) {
+        if (!(s->aux2 & (lf_defined | lf_reported))) {
             error_at(msg_label_was_referenced_but_not_defined, s->decl_position, s->name->spelling);
         }
         break;
