@@ -6,12 +6,10 @@
 
 namespace zf90 {
 
-struct scope_row;
-
 // Brings a symbol to its final kind, with its implicit type where it has none, and reports what is missing.
 void finish_symbol(symbol *s);
 
 // Finishes all symbols of a row, in the order of their making, and reports those that are never used.
-void finish_row(const scope_row &row);
+void finish_row(std::int32_t depth);
 
 } // namespace zf90

@@ -18,18 +18,30 @@ routine_variant &routine_of(const object *o);
 // an `entry_description` that is returned. Null for the unit's own.
 entry_description *new_unit_routine(object *routine);
 
-// The procedure's name in the scope around the current one. `s` is its symbol there, or null. Errors are
-// reported at the name and null its atom; the symbol returned, never null, is then on no list. For an ENTRY,
-// `*entry` is the description that was made.
-symbol *declare_subroutine(symbol *s, name_locator &name, bool is_entry, entry_description **entry);
+// The procedure's name in the scope around the current one. `s` is its symbol there, or null. An error is
+// reported at the name and nulls its atom; the symbol returned, never null, is then on no list. An ENTRY has
+// its description in `entry` afterwards.
+symbol *declare_subroutine(symbol *s, name_locator &name, bool is_entry, entry_description *&entry);
 symbol *declare_function(symbol *s, name_locator &name, type *result_type, bool is_entry,
-                         entry_description **entry);
+                         entry_description *&entry);
 
-// A dummy argument of the unit, or of an entry. `s` is the meaning of the name in the current scope, or null.
-void declare_dummy(symbol *s, name_locator &name, entry_description *entry);
+// A list of dummy arguments being read.
+struct dummy_list {
+    entry_description *entry;           // null: the list of the unit itself
+    object_list_member *last;           // its tail
+    object_list_member *next_alternate; // the next "*" to share with earlier lists
+};
 
-// The nth "*" of a list of dummy arguments, counted from 1; equal ones of several lists are one object.
-void declare_alternate_return(unsigned n, source_pos position, entry_description *entry);
+dummy_list begin_dummy_list(entry_description *entry);
+
+// A dummy argument. `s` is the meaning of its name in the current scope, or null; a null atom stands for a
+// name that could not be read. An error nulls the atom.
+void declare_dummy(dummy_list &list, symbol *s, name_locator &name);
+
+// A "*" of the list. The nth ones of several lists are one object.
+void declare_alternate_return(dummy_list &list, source_pos position);
+
+void end_dummy_list(dummy_list &list);
 
 // The result of the unit, or of an entry. `s` is the meaning of the name in the current scope, or null.
 void declare_result(symbol *s, name_locator &name, entry_description *entry);

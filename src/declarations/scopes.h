@@ -56,8 +56,9 @@ struct scope_row {
     bool access_stated : 1;   // PUBLIC or PRIVATE without a list has appeared
     bool names_public : 1;    // new symbols are public by default
     bool spec_done : 1;       // end_of_specification has run
-    unit_state outer_unit;    // of sr_unit: the state of the unit around it, put back at its end
-    std::uint8_t outer_reach; // `reach_state` of the unit around it (statements/constructs.h)
+    // Of sr_unit, for its end:
+    unit_state outer_unit;     // the state of the unit around it
+    int outer_interface_depth; // the INTERFACE blocks that it stands in: above 0 it is an interface body
 };
 
 // Row 0 is global, row 1 an outermost program unit, deeper rows internal and module procedures, interface
@@ -66,6 +67,9 @@ extern scope_row *scope_stack;
 extern std::int32_t curr_scope_depth; // index of the top row, -1 before the first push
 
 inline scope_row &curr_row() { return scope_stack[curr_scope_depth]; }
+
+// Whether the unit on top is an interface body.
+inline bool is_interface_body() { return curr_row().outer_interface_depth > 0; }
 
 // How many INTERFACE blocks are open. (statements/loop and the INTERFACE statements)
 extern int interface_depth;

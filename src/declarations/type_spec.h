@@ -21,8 +21,8 @@ bool read_type_logical(std::uint32_t mode);
 bool read_type_character(std::uint32_t mode);
 bool read_type_derived(std::uint32_t mode);
 
-// What follows the current "*": a length of its own for an entity of the type `base`. The current token is
-// the last one of the length then. `result` is the error type if there is no length.
-void read_char_length(type *base, type *&result);
+// At a "*": the length behind it, for an entity of the type `base`, and the token behind that, read in
+// `mode`. The result is the error type if there is no length.
+type *read_char_length(type *base, std::uint32_t mode);
 
 } // namespace zf90

@@ -28,20 +28,19 @@ constexpr std::array<const char *, message_count> message_table = {
 static_assert(message_table.size() == 617);
 
 struct severity_row {
-    const char *label;
-    const char *capital_label; // where no position stands before it
+    const char *label; // with a capital where no position stands before it
     std::uint32_t *counter;
     char listing_letter;
 };
 
 constexpr severity_row severities[] = {
-    {"", "", nullptr, ' '},
-    {"remark:  ", "Remark:  ", &remark_count, 'R'},
-    {"warning: ", "Warning: ", &warning_count, 'W'},
-    {"error:   ", "Error:   ", &error_count, 'E'},
-    {"catastrophic error: ", "Catastrophic error: ", &catastrophe_count, 'C'},
-    {"command-line error: ", "Command-line error: ", &catastrophe_count, 'C'},
-    {"internal error:     ", "Internal error:     ", &catastrophe_count, 'C'},
+    {"", nullptr, ' '},
+    {"remark:  ", &remark_count, 'R'},
+    {"warning: ", &warning_count, 'W'},
+    {"error:   ", &error_count, 'E'},
+    {"catastrophic error: ", &catastrophe_count, 'C'},
+    {"command-line error: ", &catastrophe_count, 'C'},
+    {"internal error:     ", &catastrophe_count, 'C'},
 };
 
 // The text of a message with its arguments in place. Memory beyond the fixed buffer is asked for only by
@@ -118,6 +117,8 @@ void put_wrapped(std::string_view text, int column) {
 
 } // namespace
 
+void write_messages_by_lines() { std::setvbuf(diagnostic_stream(), nullptr, _IOLBF, BUFSIZ); }
+
 const char *message_text(unsigned code) { return message_table[code < message_count ? code : 0]; }
 
 void report(std::string_view text, source_pos position, severity level,
@@ -139,7 +140,8 @@ void report(std::string_view text, source_pos position, severity level,
             }
             column += std::fprintf(diagnostic_stream(), ") ");
         }
-        column += std::fprintf(diagnostic_stream(), "%s", has_position ? row.label : row.capital_label);
+        const char first = has_position ? row.label[0] : static_cast<char>(row.label[0] - 'a' + 'A');
+        column += std::fprintf(diagnostic_stream(), "%c%s", first, row.label + 1);
         ++*row.counter;
 
         const expanded_text message(text, arguments);

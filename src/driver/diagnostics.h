@@ -38,6 +38,9 @@ extern source_pos error_pos;
 // Where diagnostics and summaries go: standard error, which -S may have redirected.
 inline std::FILE *diagnostic_stream() { return stderr; }
 
+// Each message is written when it is complete.
+void write_messages_by_lines();
+
 // The text of a message; that of "unknown error" for a number out of range.
 const char *message_text(unsigned code);
 

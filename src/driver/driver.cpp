@@ -1,19 +1,24 @@
 // The main flow. One process compiles one source file; there is one way out, fe_exit.
 #include "driver/driver.h"
 
+#include "declarations/scopes.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
+#include "il/constants.h"
 #include "il/entries.h"
 #include "intrinsics/seed_table.h"
+#include "output/il_writer.h"
 #include "source/files.h"
 #include "source/lines.h"
+#include "source/tokens.h"
+#include "statements/constructs.h"
+#include "statements/loop.h"
 
-#include <charconv>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <unistd.h>
+#include <string_view>
 
 namespace zf90 {
 
@@ -33,72 +38,29 @@ void (*exit_callback)(int code);
 constexpr int process_status[] = {0, 0, 0, 2, 4, 4};
 constexpr std::size_t max_path_piece = 255;
 
-// The lines of the summary, put together without the C library so that a signal handler may do it too.
-class summary_text {
-public:
-    explicit summary_text(int code) {
-        if (error_count + catastrophe_count != 0) {
-            if (error_count != 0) {
-                append_count(error_count, " error");
-            }
-            if (error_count != 0 && catastrophe_count != 0) {
-                append(" and ");
-            }
-            if (catastrophe_count != 0) {
-                append_count(catastrophe_count, " catastrophic error");
-            }
-            const std::string_view name = primary_source_name ? primary_source_name : "";
-            if (!name.empty() && name != "-") {
-                append(" detected in the compilation of \"");
-                append(name);
-                append("\".\n");
-            } else {
-                append(" detected in this compilation.\n");
-            }
-        }
-        if (code == completion_stopped || code == completion_command_line) {
-            append("Compilation terminated.\n");
-        } else if (code == completion_internal) {
-            append("Compilation aborted.\n");
-        }
-    }
-    std::string_view view() const { return {text_, size_}; }
+// An interrupt is carried out by whoever reads lines or checks statements, with check_interrupt: the streams
+// of the C library may be in use when it comes.
+volatile std::sig_atomic_t interrupt_requested;
 
-private:
-    void append(std::string_view piece) { size_ += piece.copy(text_ + size_, sizeof text_ - size_); }
-    void append_count(std::uint32_t count, std::string_view noun) {
-        char digits[10];
-        append({digits, std::to_chars(digits, digits + sizeof digits, count).ptr});
-        append(noun);
-        append(count == 1 ? "" : "s");
-    }
+extern "C" void request_interrupt(int) { interrupt_requested = 1; }
 
-    char text_[8192];
-    std::size_t size_ = 0;
-};
-
-void write_at_once(std::string_view text) {
-    while (!text.empty()) {
-        const ssize_t n = ::write(STDERR_FILENO, text.data(), text.size());
-        if (n <= 0) {
-            return;
-        }
-        text.remove_prefix(static_cast<std::size_t>(n));
-    }
+void install_signal_handlers() {
+    struct sigaction action = {};
+    action.sa_handler = request_interrupt; // without SA_RESTART: a read that waits for input ends
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+    std::signal(SIGPIPE, SIG_IGN); // a reader that has gone away is a failed write like any other
 }
 
-// An interrupt may come while the C library's streams are in use, so it ends the process without them.
-extern "C" void interrupted(int) {
-    write_at_once("\n");
-    if (exit_callback == print_summary) {
-        write_at_once(summary_text(completion_stopped).view());
-    }
-    std::_Exit(process_status[completion_stopped]);
-}
+const char *plural_suffix(std::uint32_t count) { return count == 1 ? "" : "s"; }
 
+// What a program unit starts with, whatever the one before it left behind.
 void begin_unit_state() {
-    error_pos = null_pos;
-    stmt_pos = null_pos;
+    curr_token_pos = error_pos = stmt_pos = null_pos;
+    begin_construct_state();
+    scope_stack[0].implicit_none = false;
+    set_standard_implicit_types(scope_stack[0]);
+    implicit_letter_set = 0;
 }
 
 // Closes a stream whose writes were not looked at on the way.
@@ -139,9 +101,39 @@ const char *default_il_file_name() {
 
 void set_exit_callback(void (*callback)(int code)) { exit_callback = callback; }
 
+void check_interrupt() {
+    if (interrupt_requested) {
+        std::fputc('\n', diagnostic_stream());
+        fe_exit(completion_stopped);
+    }
+}
+
 void print_summary(int code) {
-    const summary_text summary(code);
-    std::fwrite(summary.view().data(), 1, summary.view().size(), diagnostic_stream());
+    std::FILE *const out = diagnostic_stream();
+    if (error_count + catastrophe_count != 0) {
+        if (error_count != 0) {
+            std::fprintf(out, "%lu error%s", static_cast<unsigned long>(error_count),
+                         plural_suffix(error_count));
+        }
+        if (error_count != 0 && catastrophe_count != 0) {
+            std::fputs(" and ", out);
+        }
+        if (catastrophe_count != 0) {
+            std::fprintf(out, "%lu catastrophic error%s", static_cast<unsigned long>(catastrophe_count),
+                         plural_suffix(catastrophe_count));
+        }
+        const std::string_view name = primary_source_name ? primary_source_name : "";
+        if (!name.empty() && name != "-") {
+            std::fprintf(out, " detected in the compilation of \"%s\".\n", primary_source_name);
+        } else {
+            std::fputs(" detected in this compilation.\n", out);
+        }
+    }
+    if (code == completion_stopped || code == completion_command_line) {
+        std::fputs("Compilation terminated.\n", out);
+    } else if (code == completion_internal) {
+        std::fputs("Compilation aborted.\n", out);
+    }
 }
 
 void fe_exit(int code) {
@@ -173,15 +165,14 @@ void open_il_file() {
 }
 
 void fe_init() {
-    error_pos = null_pos;
+    curr_token_pos = error_pos = null_pos;
     remark_count = warning_count = error_count = catastrophe_count = 0;
     il_init();
     init_seed_tables();
-    line_reader_init();
-    source_files_init();
+    lexer_init();
     main_program_seen = false;
     il_root = {};
-    il_root.primary_scope = new_scope();
+    il_root.primary_scope = push_scope(sr_global);
     il_root.compiler_version = compiler_version_text;
     il_root.time_of_compilation = time_of_compilation();
     il_root.case_sensitive_identifiers = case_sensitive_names;
@@ -199,9 +190,8 @@ void finish_listing_outputs() {
 }
 
 void compile(int argc, char **argv) {
-    std::signal(SIGINT, interrupted);
-    std::signal(SIGTERM, interrupted);
-    std::setvbuf(diagnostic_stream(), nullptr, _IOLBF, BUFSIZ);
+    install_signal_handlers();
+    write_messages_by_lines();
     region_init();
     parse_command_line(argc, argv);
     fe_init();
@@ -211,8 +201,13 @@ void compile(int argc, char **argv) {
             break;
         }
         begin_unit_state();
+        process_program_unit();
     }
     finish_listing_outputs();
+    if (error_count == 0) {
+        merge_constants(&il_root);
+        write_il_file(il_root);
+    }
     const int code = error_count != 0     ? completion_errors
                      : warning_count != 0 ? completion_warnings
                                           : completion_clean;

@@ -38,6 +38,9 @@ void fe_init();
 // from 6 on the process aborts.
 [[noreturn]] void fe_exit(int code);
 
+// Ends the run, with status 4, if an interrupt has come.
+void check_interrupt();
+
 void set_exit_callback(void (*callback)(int code));
 void print_summary(int code); // the callback of -V
 

@@ -49,11 +49,7 @@ const char *find_source_word(int argc, char **argv) {
     start_option_scan();
     for (int letter; (letter = scan_option(argc, argv, option_letters)) != end_of_options;) {
         if (letter == option_failure) {
-            // Step over a letter that is not an option; a missing argument ends the words.
-            if (opt_index + 1 >= argc && (!opt_cursor || !*opt_cursor)) {
-                return nullptr;
-            }
-            ++opt_cursor;
+            ++opt_cursor; // the scan proper will report it
         }
     }
     const char *word = opt_index < argc ? argv[opt_index] : nullptr;
@@ -248,16 +244,16 @@ opened_file open_checked_input(const char *name, bool binary) {
     if (!*name) {
         return {nullptr, open_outcome::bad_name};
     }
-    std::FILE *stream = std::fopen(name, binary ? "rb" : "r");
-    if (!stream) {
+    // Before it is opened: the opening of a pipe may never end.
+    struct stat s;
+    if (::stat(name, &s) != 0) {
         return {nullptr, open_outcome::open_failed};
     }
-    struct stat s;
-    if (::stat(name, &s) != 0 || !is_regular_file(s)) {
-        std::fclose(stream);
+    if (!is_regular_file(s)) {
         return {nullptr, open_outcome::not_regular};
     }
-    return {stream, open_outcome::ok};
+    std::FILE *stream = std::fopen(name, binary ? "rb" : "r");
+    return {stream, stream ? open_outcome::ok : open_outcome::open_failed};
 }
 
 std::FILE *reopen_input(const char *name) { return std::fopen(name, "r"); }
@@ -277,6 +273,9 @@ opened_file redirect_diagnostics(const char *name) {
     }
     std::fclose(trial.stream);
     std::FILE *stream = std::freopen(name, "w", diagnostic_stream());
+    if (stream) {
+        write_messages_by_lines();
+    }
     return {stream, stream ? open_outcome::ok : open_outcome::open_failed};
 }
 

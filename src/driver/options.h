@@ -1,5 +1,5 @@
 // The command line: option flags, output streams, the two search lists of directories, and the rules by which
-// input and output files are opened. Everything is fixed once parse_command_line returns.
+// input and output files are opened.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace zf90 {
 
-// Option state, set by parse_command_line only.
+// Option state, set by parse_command_line and fixed then, with the one exception named.
 extern bool strict_f77_mode;       // -A
 extern bool debug_lines_enabled;   // -D
 extern bool fixed_form_input;      // -F
@@ -32,7 +32,7 @@ struct search_list {
 extern search_list include_search_list;
 extern search_list module_search_list;
 
-// Does all of the above; every failure is a command-line error, which ends the process.
+// Turns the command line into the state above. Every failure is a command-line error, which ends the process.
 void parse_command_line(int argc, char **argv);
 
 // The next option letter, '?' for a failure, -1 at the end of the options. `opt_arg` is the argument.

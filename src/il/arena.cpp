@@ -21,6 +21,7 @@ constexpr std::int32_t region_growth_step = 150;
 constexpr std::uint32_t minimum_block_size = 0x10000;
 constexpr std::uint32_t tail_threshold = 220;
 constexpr std::int32_t region_number_ceiling = 0x7fffffff;
+constexpr std::size_t largest_request = 0x7fffffff;
 
 unsigned char *address(region_block *b) { return reinterpret_cast<unsigned char *>(b); }
 unsigned char *block_end(region_block *b) { return address(b) + b->end; }
@@ -148,6 +149,13 @@ void *il_alloc(std::int32_t n) {
     return result;
 }
 
+std::int32_t region_size(std::size_t n) {
+    if (n > largest_request) {
+        catastrophe(msg_out_of_memory);
+    }
+    return static_cast<std::int32_t>(n);
+}
+
 void free_region(std::int32_t region) {
     for (region_block *b = region_table[region]; b;) {
         region_block *next = b->next;
@@ -168,7 +176,7 @@ void *sys_realloc(void *old, std::size_t, std::size_t n) {
 }
 
 char *il_copy_string(const char *text, std::size_t length) {
-    char *copy = static_cast<char *>(il_alloc(static_cast<std::int32_t>(length + 1)));
+    char *copy = static_cast<char *>(il_alloc(region_size(length + 1)));
     std::memcpy(copy, text, length);
     return copy;
 }

@@ -39,6 +39,9 @@ void *alloc_in_region(std::int32_t region, std::int32_t n);
 // `n` bytes of the IL region, cleared to zero.
 void *il_alloc(std::int32_t n);
 
+// A size for the above: what does not fit is more memory than there is.
+std::int32_t region_size(std::size_t n);
+
 void free_region(std::int32_t region);
 
 // System memory for tables that are reallocated. `old` may be null.
@@ -48,13 +51,13 @@ void *sys_realloc(void *old, std::size_t old_size, std::size_t n);
 // A zero-filled record in the IL region.
 template <class T> T *il_new() {
     static_assert(std::is_trivially_destructible_v<T>);
-    return new (il_alloc(static_cast<std::int32_t>(sizeof(T)))) T();
+    return new (alloc_in_region(il_region, static_cast<std::int32_t>(sizeof(T)))) T();
 }
 
 // A zero-filled array in the IL region.
 template <class T> T *il_new_array(std::size_t count) {
     static_assert(std::is_trivially_destructible_v<T>);
-    return new (il_alloc(static_cast<std::int32_t>(sizeof(T) * count))) T[count]();
+    return new (alloc_in_region(il_region, region_size(sizeof(T) * count))) T[count]();
 }
 
 // A NUL-terminated copy of `length` characters in the IL region.

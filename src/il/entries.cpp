@@ -21,7 +21,7 @@ struct entry_kind_row {
 };
 
 constexpr entry_kind_row entry_kinds[] = {
-#define ENTRY_ROW(name, letter, named) {#name, letter, named},
+#define ENTRY_ROW(name, text, letter, named) {text, letter, named},
     ZF90_ENTRY_KINDS(ENTRY_ROW)
 #undef ENTRY_ROW
 };

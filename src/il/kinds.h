@@ -8,33 +8,33 @@ namespace zf90 {
 
 // clang-format off
 
-// Entry kinds: name, file letter, whether the entry carries a `source_corresp`.
+// Entry kinds: enumerator, printed name, file letter, whether the entry carries a `source_corresp`.
 #define ZF90_ENTRY_KINDS(X) \
-    X(end, '0', false)                                       \
-    X(il_header, 'h', false)                                 \
-    X(source_file, 'f', false)                               \
-    X(constant, 'c', false)                                  \
-    X(param_type, 'p', true)                                 \
-    X(type, 't', true)                                       \
-    X(label, 'l', true)                                      \
-    X(expr_node, 'x', false)                                 \
-    X(object, 'o', true)                                     \
-    X(interface, 'i', true)                                  \
-    X(statement, 's', false)                                 \
-    X(scope, 'u', false)                                     \
-    X(atom, 'a', false)                                      \
-    X(bound_info_entry, 'b', false)                          \
-    X(do_loop, 'd', false)                                   \
-    X(label_list_entry, 'k', false)                          \
-    X(object_list_member, 'm', false)                        \
-    X(alloc, 'q', false)                                     \
-    X(case_range, 'r', false)                                \
-    X(namelist_group, 'n', true)                             \
-    X(input_output_description, 'j', false)                  \
-    X(entry_description, 'e', false)                         \
-    X(symbol, 'z', false)                                    \
-    X(string_area, 'w', false)                               \
-    X(value_area, 'v', false)
+    X(end, "(end)", '0', false) \
+    X(il_header, "il_header", 'h', false) \
+    X(source_file, "source_file", 'f', false) \
+    X(constant, "constant", 'c', false) \
+    X(param_type, "param_type", 'p', true) \
+    X(type, "type", 't', true) \
+    X(label, "label", 'l', true) \
+    X(expr_node, "expr_node", 'x', false) \
+    X(object, "object", 'o', true) \
+    X(interface, "interface", 'i', true) \
+    X(statement, "statement", 's', false) \
+    X(scope, "scope", 'u', false) \
+    X(atom, "atom", 'a', false) \
+    X(bound_info_entry, "bound_info_entry", 'b', false) \
+    X(do_loop, "do_loop", 'd', false) \
+    X(label_list_entry, "label_list_entry", 'k', false) \
+    X(object_list_member, "object_list_member", 'm', false) \
+    X(alloc, "alloc", 'q', false) \
+    X(case_range, "case_range", 'r', false) \
+    X(namelist_group, "namelist_group", 'n', true) \
+    X(input_output_description, "input_output_description", 'j', false) \
+    X(entry_description, "entry_description", 'e', false) \
+    X(symbol, "symbol", 'z', false) \
+    X(string_area, "(string area)", 'w', false) \
+    X(value_area, "(value area)", 'v', false)
 
 // Type codes.
 #define ZF90_TYPE_CODES(X) \
@@ -136,7 +136,7 @@ namespace zf90 {
 // clang-format on
 
 #define ZF90_ENUMERATOR(name) name,
-#define ZF90_ENTRY_ENUMERATOR(name, letter, named) kind_##name,
+#define ZF90_ENTRY_ENUMERATOR(name, text, letter, named) kind_##name,
 
 enum entry_kind : std::uint8_t { ZF90_ENTRY_KINDS(ZF90_ENTRY_ENUMERATOR) entry_kind_count };
 enum type_code : std::uint8_t { ZF90_TYPE_CODES(ZF90_ENUMERATOR) type_code_count };
@@ -156,6 +156,7 @@ enum symbol_kind : std::uint8_t { ZF90_SYMBOL_KINDS(ZF90_ENUMERATOR) symbol_kind
 
 // The operator and intrinsic vocabulary: its enumerators are made from the seed table (src/intrinsics).
 enum intrinsic_code : std::uint8_t;
+inline constexpr unsigned intrinsic_vocabulary_size = 178;
 
 enum source_language : std::uint32_t { sl_C, sl_Fortran };
 

@@ -43,8 +43,8 @@ inline constexpr std::uint32_t il_visit_mark = 0x40000000;
 struct source_corresp {
     atom *name; // null for an unnamed entity
     source_pos decl_position;
-    bool referenced : 1;
-    bool host_associated : 1;
+    bool referenced;
+    bool host_associated;
     std::uint8_t scope_depth; // 255: out of scope
 };
 
@@ -100,20 +100,20 @@ struct bound_info_entry : il_entry {
 struct param_type : named_entry {
     param_type *next;
     struct type *type;
-    bool is_optional : 1;
-    bool intent_in : 1;
-    bool intent_out : 1;
-    bool is_pointer : 1;
+    bool is_optional;
+    bool intent_in;
+    bool intent_out;
+    bool is_pointer;
 };
 
 struct routine_variant {
     type *return_type;
     param_type *param_type_list;
     object *assoc_routine;
-    bool has_param_info : 1;
-    bool has_ellipsis : 1;
-    bool is_recursive : 1;
-    bool is_elemental : 1;
+    bool has_param_info;
+    bool has_ellipsis;
+    bool is_recursive;
+    bool is_elemental;
 };
 
 struct character_variant {
@@ -141,10 +141,10 @@ struct type : named_entry {
     type *next;               // next derived type of the scope
     std::uint32_t size;       // in bytes; 0 while unknown
     std::uint8_t alignment;   // in bytes
-    bool is_numeric : 1;      // the type is the default of its class
-    bool is_character : 1;    // default-kind character
-    bool contains_ptrs : 1;   // a derived type with pointer components
-    bool is_public : 1;       // bit 4 in the file; bit 3 is spare
+    bool is_numeric;          // the type is the default of its class
+    bool is_character;        // default-kind character
+    bool contains_ptrs;       // a derived type with pointer components
+    bool is_public;           // bit 4 in the file; bit 3 is spare
     enum type_code type_code; // says which of the variants below is live
     std::uint32_t kind;       // kind index of tk_integer, tk_logical, tk_float, tk_complex, tk_fcharacter
     union {
@@ -202,8 +202,8 @@ struct constant : il_entry {
 struct label : named_entry { // the digits are the name
     label *next;
     std::int32_t association_offset; // the number that ASSIGN stores
-    bool used_in_assign : 1;
-    bool second_flag : 1; // carried by the file format without a name
+    bool used_in_assign;
+    bool second_flag; // carried by the file format without a name
     label_kind kind;
     union {
         statement *exec_stmt;      // lk_executable, lk_else_or_elseif, lk_control
@@ -215,21 +215,21 @@ struct object : named_entry {
     object *next; // on the scope's list; of a component, the next component
     struct type *type;
     enum storage_class storage_class;
-    bool is_result : 1;
-    bool is_parameter : 1; // dummy argument
-    bool is_auto : 1;
-    bool is_target : 1;
-    bool is_pointer : 1;
-    bool is_allocatable : 1;
-    bool is_saved : 1;
-    bool is_optional : 1;
-    bool intent_in : 1; // both intent bits: INOUT
-    bool intent_out : 1;
-    bool is_fortran_entry : 1;
-    bool is_public : 1;
-    bool is_host : 1;     // the routine hosts internal procedures that use its variables
-    bool uses_host : 1;   // the routine refers to its host's variables
-    bool is_constant : 1; // named constant
+    bool is_result;
+    bool is_parameter; // dummy argument
+    bool is_auto;
+    bool is_target;
+    bool is_pointer;
+    bool is_allocatable;
+    bool is_saved;
+    bool is_optional;
+    bool intent_in; // both intent bits: INOUT
+    bool intent_out;
+    bool is_fortran_entry;
+    bool is_public;
+    bool is_host;     // the routine hosts internal procedures that use its variables
+    bool uses_host;   // the routine refers to its host's variables
+    bool is_constant; // named constant
     union {
         constant *initializer;       // data classes, unless is_result
         object *result_var_function; // is_result
@@ -292,18 +292,18 @@ struct expr_node : il_entry {
     struct source_pos source_pos;
     struct type *type;
     expr_node *next; // next operand or list element
-    bool multiply_referenced : 1;
-    bool allow_reordering : 1;
-    bool is_optional : 1;
-    bool intent_in : 1;
-    bool intent_out : 1;
-    bool is_pointer : 1;
-    bool element_sequence : 1;
-    bool for_all : 1;
-    bool iterated : 1;
-    bool treated_as_subroutine_call : 1;
-    bool any_type_argument : 1;
-    bool is_specifier : 1; // `selector` is live below, not `keyword`
+    bool multiply_referenced;
+    bool allow_reordering;
+    bool is_optional;
+    bool intent_in;
+    bool intent_out;
+    bool is_pointer;
+    bool element_sequence;
+    bool for_all;
+    bool iterated;
+    bool treated_as_subroutine_call;
+    bool any_type_argument;
+    bool is_specifier; // `selector` is live below, not `keyword`
     expr_node_kind node_kind;
     union {
         atom *keyword; // argument keyword, or null
@@ -340,6 +340,7 @@ struct expr_node : il_entry {
         expr_node *stride;           // enk_triplet
         bool ignore_lbound;          // subscript family
         bool has_a_scope;            // enk_implied_do, enk_isum
+        bool has_triplet;            // enk_symbol_call: the list has a section triplet
     };
 };
 
@@ -460,12 +461,14 @@ enum symbol_var_flags : std::uint32_t {
     vf_do_variable = 1u << 5,
     vf_in_namelist = 1u << 7,
     vf_has_initializer = 1u << 8,
+    vf_on_entry_list = 1u << 9, // while the dummy arguments of an ENTRY are read: it is one of them
 };
 
 // `aux2` of the procedure kinds, of sk_label and of sk_host_candidate.
 enum symbol_aux_flags : std::uint32_t {
     pf_type_declared = 1u << 0, // an intrinsic name whose type the unit declared
     pf_body_seen = 1u << 1,     // its FUNCTION or SUBROUTINE statement has been processed
+    pf_entered = 1u << 2,       // it has been compared with the external names
     lf_defined = 1u << 0,       // sk_label
     lf_ends_loop = 1u << 1,     // sk_label: some DO has named it
     lf_branch = 1u << 2,        // sk_label: has been referred to as something to execute

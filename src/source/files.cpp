@@ -27,7 +27,7 @@ source_entry *curr_source;
 namespace {
 
 constexpr int stack_growth_step = 30;
-constexpr int max_open_files = 4; // the files below the innermost ones are parked
+constexpr int max_open_files = 4; // the outermost ones and the innermost; those between are parked
 constexpr std::size_t path_buffer_size = 130;
 constexpr std::uint32_t seq_being_read = 0xffffffff;
 
@@ -151,7 +151,18 @@ void attach_input_buffer() {
     }
     buffer->next = buffer->end = 0;
     curr_source->input = buffer;
-    std::setvbuf(curr_source->stream, nullptr, _IONBF, 0);
+    if (curr_source->stream != stdin) {
+        std::setvbuf(curr_source->stream, nullptr, _IONBF, 0);
+    }
+}
+
+// Standard input may be a person or a pipe: a line is compiled before the next one is waited for.
+std::size_t read_line_bytes(input_buffer &input) {
+    std::size_t n = 0;
+    for (int c = 0; n < sizeof input.bytes && c != '\n' && (c = std::getc(stdin)) != EOF;) {
+        input.bytes[n++] = static_cast<char>(c);
+    }
+    return n;
 }
 
 // Closes the current file's stream for a time, so that few files are open however deep the includes nest.
@@ -165,10 +176,13 @@ void park() {
 
 void unpark() {
     curr_source->stream = reopen_input(curr_source->full_name);
-    if (!curr_source->stream || std::fseek(curr_source->stream, curr_source->saved_offset, SEEK_SET) != 0) {
+    if (!curr_source->stream) {
         catastrophe(msg_could_not_open_source_file, curr_source->full_name);
     }
     attach_input_buffer();
+    if (std::fseek(curr_source->stream, curr_source->saved_offset, SEEK_SET) != 0) {
+        catastrophe(msg_could_not_open_source_file, curr_source->full_name);
+    }
 }
 
 } // namespace
@@ -219,6 +233,7 @@ void open_source_file(const char *name, const search_list &list) {
     curr_source = new (&source_stack[++source_depth]) source_entry{};
     curr_source->stream = file.stream;
     attach_input_buffer();
+    file_ended = false; // of the file below, whose last line may be the one that includes this file
     curr_source->full_name = path;
     const char *separator = last_path_separator(path);
     curr_source->file_name = separator ? separator + 1 : path;
@@ -233,7 +248,10 @@ std::string_view unread_input() {
     input_buffer &input = *curr_source->input;
     if (input.next == input.end) {
         input.next = 0;
-        input.end = std::fread(input.bytes, 1, sizeof input.bytes, curr_source->stream);
+        input.end = curr_source->stream == stdin
+                        ? read_line_bytes(input)
+                        : std::fread(input.bytes, 1, sizeof input.bytes, curr_source->stream);
+        check_interrupt(); // which may have ended the read
         if (input.end == 0 && std::ferror(curr_source->stream)) {
             catastrophe(msg_could_not_open_source_file, curr_source->full_name);
         }

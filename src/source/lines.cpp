@@ -3,6 +3,7 @@
 #include "source/lines.h"
 
 #include "declarations/symbols.h"
+#include "driver/driver.h"
 #include "driver/options.h"
 #include "il/arena.h"
 #include "output/listing.h"
@@ -55,6 +56,7 @@ char *column_start(int column) { return line_buffer + column - 1; }
 
 // Copies the next physical line. False at the end of the file.
 bool fetch_line() {
+    check_interrupt();
     std::string_view input = file_ended ? std::string_view() : unread_input();
     if (input.empty()) {
         return false;
@@ -102,13 +104,13 @@ const char *blank_out_nul_bytes() {
 }
 
 // The cursor behind "#line " or "# " in a preprocessor line; null if the line is none.
-const char *find_line_directive() {
+char *find_line_directive() {
     if (line_buffer[0] != '#') {
         return nullptr;
     }
-    const char *p = skip_blanks(line_buffer + 1);
+    char *p = skip_blanks(line_buffer + 1);
     if (std::strncmp(p, "line", 4) == 0 && is_blank(p[4])) {
-        return skip_blanks(const_cast<char *>(p) + 4);
+        return skip_blanks(p + 4);
     }
     return is_digit(*p) ? p : nullptr;
 }
@@ -218,23 +220,33 @@ line_classification classify_fixed_form(char *first) {
     return result;
 }
 
-// Whether a free-form line whose text is not kept announces another line: it ends in an "&" that is neither
-// in a comment nor in a character literal.
-bool announces_continuation(const char *text) {
-    char quote = 0;
-    bool announced = false;
-    for (; *text; ++text) {
+// The end of a line's statement text: the "!" of a comment, or the NUL. A literal that began on a line before
+// is not known here.
+const char *find_comment(const char *text) {
+    char quote = '\0';
+    for (; *text && (quote || *text != '!'); ++text) {
         if (quote) {
-            announced = *text == '&';
             quote = *text == quote ? '\0' : quote;
-        } else if (*text == '!') {
-            break;
-        } else if (!is_blank(*text)) {
-            announced = *text == '&';
-            quote = *text == '\'' || *text == '"' ? *text : '\0';
+        } else if (*text == '\'' || *text == '"') {
+            quote = *text;
         }
     }
-    return announced;
+    return text;
+}
+
+// Whether a free-form line whose text is not kept announces another line.
+bool announces_continuation(const char *text) {
+    const char *end = find_comment(text);
+    while (end > text && is_blank(end[-1])) {
+        --end;
+    }
+    return end > text && end[-1] == '&';
+}
+
+// Whether a character of the pending line is part of its statement.
+bool is_statement_text(const char *pointer) {
+    return pointer >= line_text_start && pointer < find_comment(line_text_start) &&
+           (!fixed_form_input || pointer <= column_start(fixed_form_last_column));
 }
 
 // Whether the pending line goes on with the statement that is being read. In free form the "&" of the line
@@ -243,15 +255,14 @@ bool pending_line_continues() {
     return line_kind == line_continuation || (!fixed_form_input && line_kind == line_initial);
 }
 
-// The statement takes no more lines: the rest of its lines are passed over.
+// The statement takes no more lines: the rest of its lines are passed over. In free form, a line that does
+// not begin with "&" belongs to it only if the line before announces it.
 void drop_rest_of_statement() {
-    bool more = true;
-    while (more && pending_line_continues()) {
-        more = fixed_form_input || announces_continuation(line_text_start);
+    bool announced = true;
+    while (line_kind == line_continuation || (announced && pending_line_continues())) {
+        announced = announces_continuation(line_text_start);
         line_kind = line_none;
-        if (more) {
-            read_source_line();
-        }
+        read_source_line();
     }
 }
 
@@ -328,7 +339,7 @@ void read_source_line() {
             }
             line_kind = fixed_form_input ? classify_fixed_form(first) : classify_free_form(first);
         }
-        if (nul && line_kind != line_none) {
+        if (nul && line_kind != line_none && is_statement_text(nul)) {
             error_at_line(msg_unrecognized_token, nul);
         }
         list_source_line(line_kind == line_none ? 'S' : 'N', line_buffer,
@@ -434,9 +445,11 @@ bool free_form_continuation(bool between_tokens) {
         return false;
     }
     line_cursor = skip_blanks(line_cursor + 1);
-    if (*line_cursor == '!') {
+    if (lex_peeking) {
+        // The tokens are read again.
+    } else if (*line_cursor == '!') {
         warn_bang(position_of_cursor(line_cursor));
-    } else if (*line_cursor && !lex_peeking) {
+    } else if (*line_cursor) {
         error_at_cursor(msg_invalid_text_following_continuation_character_ampersand, line_cursor);
     }
     if (has_next) {

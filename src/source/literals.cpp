@@ -34,7 +34,7 @@ struct literal_marks {
 literal_marks marks;
 
 void set_error_constant() {
-    curr_constant = new_fold_value(ck_error);
+    clear_fold_value(curr_constant);
     curr_constant.source_pos = curr_token_pos;
 }
 
@@ -61,9 +61,10 @@ token_kind unterminated(token_kind token, error_code code) {
 }
 
 void set_value(struct type *type) {
-    curr_constant = new_fold_value(ck_value);
+    clear_fold_value(curr_constant);
     curr_constant.source_pos = curr_token_pos;
     curr_constant.type = type;
+    curr_constant.repr_kind = ck_value;
 }
 
 // ---- kinds
@@ -293,9 +294,7 @@ bool take_kind() {
     if (take_digits()) {
         marks.kind_is_number = true;
     } else if (is_letter(class_of(*line_cursor))) {
-        do {
-            take_character();
-        } while (is_word_part(class_of(*line_cursor)));
+        take_word();
     } else {
         return false;
     }
@@ -342,6 +341,22 @@ token_kind scan_fraction_digits(std::uint32_t mode) {
     return class_of(*line_cursor) == cc_de ? scan_exponent(mode) : finish_real(mode);
 }
 
+// Takes the text up to the delimiter or the end.
+void take_string_text(char delimiter) {
+    while (*line_cursor && *line_cursor != delimiter) {
+        char *from = line_cursor;
+        char *to = text_end;
+        do {
+            *to++ = *from++;
+        } while (*from && *from != delimiter && *from != '&');
+        line_cursor = from;
+        text_end = to;
+        if (*from != delimiter) {
+            attend_in_string();
+        }
+    }
+}
+
 // At the opening quote. A quote that comes twice is one character; the second may stand apart in fixed form.
 token_kind scan_quoted() {
     const char delimiter = *line_cursor;
@@ -349,10 +364,7 @@ token_kind scan_quoted() {
     do {
         put_in_text(delimiter);
         step_in_string();
-        while (*line_cursor && *line_cursor != delimiter) {
-            put_in_text(*line_cursor);
-            step_in_string();
-        }
+        take_string_text(delimiter);
         if (!*line_cursor) {
             return unterminated(tok_character, msg_missing_closing_quote);
         }
@@ -451,6 +463,7 @@ token_kind scan_hollerith() {
 void literals_init() {
     marks = {};
     curr_constant = new_fold_value(ck_error);
+    clear_fold_value(curr_constant);
 }
 
 token_kind scan_digits(std::uint32_t mode) {

@@ -39,11 +39,14 @@ void note_tab() {
     }
 }
 
-void skip_blank() {
+// At a blank or tab: past it and the blanks behind it.
+void skip_blanks() {
     if (*line_cursor == '\t') {
         note_tab();
     }
-    ++line_cursor;
+    do {
+        ++line_cursor;
+    } while (*line_cursor == ' ');
 }
 
 } // namespace
@@ -65,7 +68,7 @@ void skip_between_tokens() {
     for (;;) {
         switch (*line_cursor) {
         case ' ':
-        case '\t': skip_blank(); break;
+        case '\t': skip_blanks(); break;
         case '!': skip_comment(); break;
         case '\0':
             if (!fixed_form_input || !next_segment()) {
@@ -94,7 +97,7 @@ void attend_in_token() {
             if (!fixed_form_input) {
                 return;
             }
-            skip_blank();
+            skip_blanks();
             break;
         case '!': skip_comment(); break;
         case '\0':

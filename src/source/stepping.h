@@ -138,4 +138,26 @@ inline void take_character() {
     step_in_token();
 }
 
+// Takes characters into the token as long as they are letters, digits and underscores. This is where most of
+// the text of a program passes, so it keeps its pointers at hand.
+inline void take_word() {
+    for (;;) {
+        char *from = line_cursor;
+        char *to = text_end;
+        while (is_word_part(class_of(*from)) && !needs_attention(*from)) {
+            *to++ = *from++;
+        }
+        line_cursor = from;
+        text_end = to;
+        if (!needs_attention(*from)) {
+            return;
+        }
+        attend_in_token();
+        if (!is_word_part(class_of(*line_cursor))) {
+            return;
+        }
+        take_character();
+    }
+}
+
 } // namespace zf90

@@ -3,7 +3,7 @@
 
 namespace zf90 {
 
-std::array<std::uint8_t, token_count> stop_set;
+std::array<std::uint16_t, token_count> stop_set;
 
 stop_at::stop_at(std::initializer_list<token_kind> tokens) {
     for (token_kind token : tokens) {
@@ -43,6 +43,8 @@ std::uint32_t recovery_mode() {
     return mode;
 }
 
+source_pos last_reported; // where the last syntax error was
+
 } // namespace
 
 void recover_tokens() {
@@ -65,11 +67,44 @@ void recover_tokens() {
     }
 }
 
-void syntax_error(error_code code) {
-    if (curr_token != tok_none) {
+void report_syntax_error(error_code code) {
+    if (curr_token != tok_none && error_pos != last_reported) {
         error(code);
+        last_reported = error_pos;
     }
+}
+
+void syntax_error(error_code code) {
+    report_syntax_error(code);
     recover_tokens();
+}
+
+bool skip_to_closing(token_kind token) {
+    char *const cursor = line_cursor;
+    char *const start = token_start;
+    const token_kind first = curr_token;
+    const source_pos first_pos = curr_token_pos;
+    const name_locator name = curr_name;
+    for (int depth = 0;; next_token(lex_peek)) {
+        if (depth == 0 && curr_token == token) {
+            lex_rewind_token();
+            next_token(0);
+            return true;
+        }
+        if (curr_token == tok_lparen || curr_token == tok_array_open) {
+            ++depth;
+        } else if (curr_token == tok_eos ||
+                   ((curr_token == tok_rparen || curr_token == tok_array_close) && depth-- == 0)) {
+            break;
+        }
+    }
+    line_cursor = cursor;
+    token_start = start;
+    curr_token = first;
+    curr_token_pos = first_pos;
+    curr_name = name;
+    error_pos = first_pos;
+    return false;
 }
 
 bool expect_token(token_kind token, error_code code) {
@@ -85,6 +120,19 @@ bool expect_token(token_kind token, error_code code) {
 bool accept_token(token_kind token, error_code code, std::uint32_t mode) {
     if (!expect_token(token, code)) {
         return false;
+    }
+    next_token(mode);
+    return true;
+}
+
+bool accept_closing(token_kind token, error_code code, std::uint32_t mode) {
+    if (curr_token != token) {
+        error_pos = curr_token_pos;
+        report_syntax_error(code);
+        if (!skip_to_closing(token)) {
+            recover_tokens();
+            return false;
+        }
     }
     next_token(mode);
     return true;

@@ -11,7 +11,7 @@
 namespace zf90 {
 
 // How many readers can go on at each token. The end of the statement always stops.
-extern std::array<std::uint8_t, token_count> stop_set;
+extern std::array<std::uint16_t, token_count> stop_set;
 
 // Raises the counts of some tokens for the duration of a block.
 class stop_at {
@@ -39,10 +39,22 @@ bool accept_unless_end(token_kind token, error_code code, std::uint32_t mode);
 // If the current token is this one, reads the next in the mode. Otherwise `error_pos` is its position.
 bool accept_optional(token_kind token, std::uint32_t mode);
 
-// Reports an error at `error_pos`, unless the tokenizer has reported one for the token, and recovers.
+// Reports an error at `error_pos`, unless the tokenizer has found fault with the token. A second error at one
+// place is a consequence of the first, and is not reported.
+void report_syntax_error(error_code code);
+
+// The same, and recovers.
 void syntax_error(error_code code);
 
 // Skips to a token of `stop_set`, past parentheses as a whole. What is skipped is not reported on.
 void recover_tokens();
+
+// accept_token for what closes a parenthesis: if it is missing, goes on behind the one that fits, if there is
+// one.
+bool accept_closing(token_kind token, error_code code, std::uint32_t mode);
+
+// Skips to the first `token` that closes nothing opened from the current token on. False, with nothing
+// skipped, if there is none.
+bool skip_to_closing(token_kind token);
 
 } // namespace zf90

@@ -153,9 +153,7 @@ token_kind scan_word(std::uint32_t mode) {
     if (first == cc_boz && is_string_quote(class_of(*line_cursor))) {
         return scan_boz();
     }
-    while (is_word_part(class_of(*line_cursor))) {
-        take_character();
-    }
+    take_word();
     if (text_end[-1] == '_' && is_string_quote(class_of(*line_cursor)) && !(mode & lex_no_kind_string)) {
         return scan_string_of_kind(text_end - 1);
     }
@@ -174,6 +172,15 @@ token_kind scan_semicolons() {
     return tok_eos;
 }
 
+// A dotted word must not be torn: ". FOO." is no operator, and gets a message of its own.
+bool letter_behind_blanks() {
+    const char *p = line_cursor;
+    while (*p == ' ' || *p == '\t') {
+        ++p;
+    }
+    return p != line_cursor && is_letter(class_of(*p));
+}
+
 token_kind scan_dotted(std::uint32_t mode) {
     take_character();
     const char_class_code next = class_of(*line_cursor);
@@ -181,11 +188,9 @@ token_kind scan_dotted(std::uint32_t mode) {
         return scan_fraction(mode);
     }
     if (!is_letter(next) || (mode & lex_lone_period)) {
-        return tok_period;
+        return !(mode & lex_lone_period) && letter_behind_blanks() ? bad_token() : tok_period;
     }
-    while (is_word_part(class_of(*line_cursor))) {
-        take_character();
-    }
+    take_word();
     if (class_of(*line_cursor) != cc_period) {
         return bad_token();
     }
@@ -369,6 +374,15 @@ int search_tokens(const token_kind (&targets)[3]) {
     }
 }
 
+// That of the cursor, at once for a statement of one line.
+source_pos position_of_token() {
+    if (segment_count == 1) {
+        const line_segment &line = line_segments[0];
+        return {line.seq, static_cast<std::uint16_t>(line_cursor - line.base + 1)};
+    }
+    return position_of_cursor(line_cursor);
+}
+
 constexpr const char *token_names[] = {
     "name",         "name_eq", "integer",    "real",    "character", "logical",    "hollerith",   "boz",
     "label",        "letter",  "defined_op", "lparen",  "rparen",    "array_open", "array_close", "colon",
@@ -413,7 +427,7 @@ token_kind next_token(std::uint32_t mode) {
         skip_between_tokens();
     }
     token_start = line_cursor;
-    curr_token_pos = position_of_cursor(line_cursor);
+    curr_token_pos = position_of_token();
     text_end = token_text;
     curr_token = scan_token(mode);
     *text_end = '\0';

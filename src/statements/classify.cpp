@@ -373,8 +373,10 @@ bool skip_type_specification() {
     case tok_kw_in: return next_token(peek_word) == tok_kw_teger && skip_kind_selector();
     case tok_kw_type: return skip_type_name();
     case tok_kw_do:
-        return next_token(peek_word) == tok_kw_uble && next_token(peek_word) == tok_kw_precision &&
-               skip_no_selector();
+        if (next_token(peek_word) != tok_kw_uble) {
+            return false;
+        }
+        [[fallthrough]];
     case tok_kw_double: return next_token(peek_word) == tok_kw_precision && skip_no_selector();
     case tok_kw_doubleprecision: return skip_no_selector();
     default: return false;

@@ -239,13 +239,10 @@ bool climb() {
             if (order_class < ph_end) {
                 return true;
             }
-            stmt_phase = ph_end;
-            break;
-        case ph_end:
-            if (in_interface_block() || unit.contains_depth > 0) {
-                stmt_phase = ph_start;
-            }
+            stmt_phase = in_interface_block() || unit.contains_depth > 0 ? ph_start : ph_end;
             return true;
+        case ph_end: // the outermost unit has been closed, on this line
+            return order_class == 0 ? true : out_of_order();
         }
     }
 }
@@ -400,10 +397,8 @@ bool check_access_statement(program_unit_kind u) {
     if (u != uk_module) {
         return refuse(msg_access_specifier_or_statement_may_appear_only_in_scoping);
     }
-    if (!in_type_def) {
-        return true;
-    }
-    return curr_stmt_kind == stmtk_private && unit.type_head_open ? true : out_of_order();
+    // PUBLIC doesn't come as far as this in a type definition.
+    return in_type_def && !unit.type_head_open ? out_of_order() : true;
 }
 
 bool check_end_type() {

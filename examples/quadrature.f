@@ -1,0 +1,114 @@
+C     ADAPTIVE QUADRATURE
+C
+C     INTEGRATES THREE FUNCTIONS WITH SIMPSON'S RULE ON INTERVALS THAT
+C     ARE HALVED WHERE THE ERROR ESTIMATE ASKS FOR IT. THE INTERVALS
+C     THAT WAIT STAND ON A STACK OF FIXED DEPTH.
+C
+      PROGRAM QUADPR
+      REAL F1, F2, F3
+      EXTERNAL F1, F2, F3
+      REAL RESULT, PI
+      INTEGER NEVAL, IFLAG
+C
+      PI = 4.0 * ATAN(1.0)
+      CALL ADAPT(F1, 0.0, 1.0, 1.0E-5, RESULT, NEVAL, IFLAG)
+      WRITE (6, 100) 'EXP ', RESULT, EXP(1.0) - 1.0, NEVAL, IFLAG
+      CALL ADAPT(F2, 0.0, PI, 1.0E-5, RESULT, NEVAL, IFLAG)
+      WRITE (6, 100) 'SIN ', RESULT, 2.0, NEVAL, IFLAG
+      CALL ADAPT(F3, 0.0, 1.0, 1.0E-4, RESULT, NEVAL, IFLAG)
+      WRITE (6, 100) 'SQRT', RESULT, 2.0 / 3.0, NEVAL, IFLAG
+  100 FORMAT (1X, A4, 2F12.6, I8, ' EVALUATIONS, FLAG', I3)
+      STOP
+      END
+C
+      REAL FUNCTION F1(X)
+      REAL X
+      F1 = EXP(X)
+      RETURN
+      END
+C
+      REAL FUNCTION F2(X)
+      REAL X
+      F2 = SIN(X)
+      RETURN
+      END
+C
+      REAL FUNCTION F3(X)
+      REAL X
+      F3 = SQRT(X)
+      RETURN
+      END
+C
+C     F       THE INTEGRAND
+C     A, B    THE INTERVAL
+C     TOL     THE ABSOLUTE ERROR THAT IS ALLOWED
+C     RESULT  THE INTEGRAL
+C     NEVAL   THE NUMBER OF EVALUATIONS OF F
+C     IFLAG   0, OR THE NUMBER OF INTERVALS THAT WERE NOT HALVED ANY
+C             MORE BECAUSE THE STACK WAS FULL
+C
+      SUBROUTINE ADAPT(F, A, B, TOL, RESULT, NEVAL, IFLAG)
+      REAL F, A, B, TOL, RESULT
+      INTEGER NEVAL, IFLAG
+      EXTERNAL F
+      INTEGER MAXD
+      PARAMETER (MAXD = 40)
+      REAL XL(MAXD), H(MAXD), FL(MAXD), FM(MAXD), FR(MAXD), S(MAXD)
+      REAL EPS(MAXD)
+      REAL FLM, FRM, SL, SR, SIMP, HH, X1, X2, X3
+      INTEGER K
+C
+C     SIMPSON'S RULE ON AN INTERVAL OF LENGTH HH
+C
+      SIMP(HH, X1, X2, X3) = HH / 6.0 * (X1 + 4.0 * X2 + X3)
+C
+      RESULT = 0.0
+      NEVAL = 3
+      IFLAG = 0
+      K = 1
+      XL(1) = A
+      H(1) = B - A
+      FL(1) = F(A)
+      FM(1) = F(0.5 * (A + B))
+      FR(1) = F(B)
+      S(1) = SIMP(H(1), FL(1), FM(1), FR(1))
+      EPS(1) = 15.0 * TOL
+C
+C     TAKE THE INTERVAL ON TOP OF THE STACK
+C
+   10 IF (K .EQ. 0) GO TO 40
+      FLM = F(XL(K) + 0.25 * H(K))
+      FRM = F(XL(K) + 0.75 * H(K))
+      NEVAL = NEVAL + 2
+      SL = SIMP(0.5 * H(K), FL(K), FLM, FM(K))
+      SR = SIMP(0.5 * H(K), FM(K), FRM, FR(K))
+      IF (ABS(SL + SR - S(K)) .LE. EPS(K)) GO TO 30
+      IF (K .LT. MAXD) GO TO 20
+      IFLAG = IFLAG + 1
+      GO TO 30
+C
+C     NOT GOOD ENOUGH: BOTH HALVES GO ON THE STACK
+C
+   20 K = K + 1
+      H(K) = 0.5 * H(K-1)
+      XL(K) = XL(K-1)
+      FL(K) = FL(K-1)
+      FM(K) = FLM
+      FR(K) = FM(K-1)
+      S(K) = SL
+      EPS(K) = 0.5 * EPS(K-1)
+      XL(K-1) = XL(K-1) + H(K)
+      H(K-1) = H(K)
+      FL(K-1) = FM(K-1)
+      FM(K-1) = FRM
+      S(K-1) = SR
+      EPS(K-1) = EPS(K)
+      GO TO 10
+C
+C     GOOD ENOUGH: ADD IT, WITH THE CORRECTION OF RICHARDSON
+C
+   30 RESULT = RESULT + SL + SR + (SL + SR - S(K)) / 15.0
+      K = K - 1
+      GO TO 10
+   40 RETURN
+      END

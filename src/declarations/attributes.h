@@ -1,0 +1,36 @@
+// The attributes that names may have, which of them may be combined, and the one routine that applies the
+// rules. A statement collects the attributes that it states in an `attribute_set`, checks them against what
+// the name has already, and records them (declarations/declarations.h).
+#pragma once
+
+#include "il/records.h"
+
+#include <array>
+
+namespace zf90 {
+
+enum attribute : std::uint8_t {
+#define ATTRIBUTE(number, name, word, repeat, conflicts, requires) attr_##name = number,
+#include "declarations/attributes.def"
+#undef ATTRIBUTE
+    attribute_count
+};
+
+// One flag for each attribute.
+using attribute_set = std::array<bool, attribute_count>;
+
+// How an attribute stands to another one. On the diagonal, `conflict` says that it may not be stated twice.
+enum attribute_relation : std::uint8_t { no_relation, conflict, requires_named, requires_unnamed };
+
+extern const std::array<std::array<attribute_relation, attribute_count>, attribute_count> attr_matrix;
+extern const std::array<const char *, attribute_count> attr_names;
+
+// Merges into a copy of the set what the symbol has already, and checks the whole; messages go to `position`.
+// True if there was no conflict. An attribute that conflicts is taken out of `set`. What an attribute
+// requires is asked for only when the specification part is over. A null symbol is a name not yet declared.
+bool check_attributes(symbol *s, attribute_set &set, source_pos position);
+
+// The attribute of an array's shape.
+attribute shape_attribute(enum shape_kind kind);
+
+} // namespace zf90

@@ -1,0 +1,12 @@
+// Names that turn out to be, or are declared, those of intrinsic procedures.
+#pragma once
+
+#include "declarations/symbols.h"
+
+namespace zf90 {
+
+// Makes a name that of the intrinsic procedure with its spelling. `s` is its symbol, or null. Error 95 if
+// there is no such procedure, 578 if a type was declared that is not that of a specific function.
+symbol *declare_intrinsic(symbol *s, name_locator &name);
+
+} // namespace zf90

@@ -1,0 +1,342 @@
+// Readers of type specifiers.
+#include "declarations/type_spec.h"
+
+#include "constants/folding.h"
+#include "declarations/derived_types.h"
+#include "declarations/scopes.h"
+#include "declarations/symbols.h"
+#include "declarations/units.h"
+#include "expressions/check.h"
+#include "expressions/parser.h"
+#include "il/types.h"
+#include "source/token_helpers.h"
+#include "statements/loop.h"
+
+#include <algorithm>
+
+namespace zf90 {
+
+type *curr_type_spec;
+bool char_star_form;
+
+namespace {
+
+constexpr std::uint32_t selector_mode = lex_specifier | lex_signed;
+
+// ---- kinds
+
+// The value of a kind selector that has been read. False if it has none, which has been reported.
+bool fold_kind(expr_node *selector, std::int32_t &kind) {
+    if (!check_expression(selector, ECF_SPEC, curr_routine())) {
+        return false;
+    }
+    if (selector->type->type_code == tk_error) {
+        return false;
+    }
+    if (selector->type->type_code != tk_integer) {
+        error_at(msg_expression_must_be_of_type_integer, selector->source_pos);
+        return false;
+    }
+    fold_value value;
+    if (!fold_expression(selector, value, true) || !has_value(value)) {
+        return false;
+    }
+    kind = value.integer;
+    return true;
+}
+
+// Reads the value of a numeric kind selector behind its "(".
+bool read_kind_value(std::int32_t &kind) {
+    const stop_at stops{tok_rparen};
+    next_token(selector_mode);
+    const source_pos position = curr_token_pos;
+    expr_node *selector = nullptr;
+    if (!parse_actual_item(selector)) {
+        return false;
+    }
+    if (selector->is_specifier && selector->selector != iosk_fe_kind) {
+        error_at(msg_invalid_specifier, position);
+        return false;
+    }
+    // An expression that does not end here is reported by what comes next.
+    return curr_token == tok_rparen && fold_kind(selector, kind);
+}
+
+type *report_missing_kind(bool missing, type *t) {
+    if (missing) {
+        error_at(msg_kind_value_does_not_specify_representation_method, curr_token_pos);
+    }
+    return t;
+}
+
+bool read_numeric_type(std::uint32_t mode, type *default_type, type *(*type_of_kind)(std::int32_t, bool &)) {
+    char_star_form = false;
+    curr_type_spec = default_type;
+    if (next_token(mode) != tok_lparen) {
+        return true;
+    }
+    std::int32_t kind = 0;
+    if (read_kind_value(kind)) {
+        bool missing = false;
+        type *t = type_of_kind(kind, missing);
+        curr_type_spec = report_missing_kind(missing, t);
+    } else {
+        curr_type_spec = error_type();
+    }
+    return accept_closing(tok_rparen, msg_expected_rparen, mode);
+}
+
+// ---- CHARACTER
+
+// A length as it was read.
+struct char_length {
+    bool assumed = false;
+    expr_node *expression = nullptr; // null: not given
+};
+
+// Reads an expression of which the names count as used in a bound.
+bool parse_length(expr_node *&length) {
+    const bool outer = used_in_bound;
+    used_in_bound = true;
+    const bool ok = parse_expression(length);
+    used_in_bound = outer;
+    return ok;
+}
+
+// The character type of a kind and a length. The error type if the length is in error, or, with `missing`
+// set, if there is no such kind.
+type *character_type_of(std::int32_t kind, const char_length &length, bool &missing) {
+    if (length.assumed) {
+        return assumed_character_type_for_kind_number(kind, missing);
+    }
+    std::int32_t constant = 1;
+    if (length.expression) {
+        fold_value value;
+        if (!check_expression(length.expression, ECF_SPEC, curr_routine())) {
+            return error_type();
+        }
+        fold_expression(length.expression, value, false);
+        if (!has_value(value)) {
+            const int index = character_kind_index(kind);
+            if (index < 0 || length.expression->type->type_code == tk_error) {
+                missing = index < 0;
+                return error_type();
+            }
+            type *t = new_type(tk_fcharacter);
+            t->kind = static_cast<std::uint32_t>(index);
+            t->is_character = t->kind == default_character_kind;
+            set_expression_bound(t->character.length, length.expression);
+            complete_type(t);
+            return t;
+        }
+        constant = std::max(value.integer, 0);
+    }
+    return character_type_for_kind_number(kind, constant, missing);
+}
+
+std::int32_t default_kind_number() { return character_kinds[default_character_kind].kind_number; }
+
+// The two selectors of CHARACTER, in either order, with or without keywords.
+struct character_selectors {
+    char_length length;
+    expr_node *kind = nullptr;
+    bool length_keyword = false;
+    bool failed = false;
+
+    bool has_length() const { return length.assumed || length.expression; }
+
+    void read_length() {
+        expr_node *expression = nullptr;
+        char_length read;
+        if (curr_token == tok_star) {
+            read.assumed = true;
+            next_token(0);
+        } else if (parse_length(expression)) {
+            expression->is_specifier = true;
+            expression->selector = iosk_fe_len;
+            read.expression = expression;
+        } else {
+            failed = true;
+        }
+        if (!has_length()) {
+            length = read;
+        }
+    }
+
+    void read_kind() {
+        expr_node *expression = nullptr;
+        if (!parse_expression(expression)) {
+            failed = true;
+        }
+        expression->is_specifier = true;
+        expression->selector = iosk_fe_kind;
+        if (!kind) {
+            kind = expression;
+        }
+    }
+
+    void refuse(error_code code) {
+        error_at(code, curr_token_pos);
+        failed = true;
+    }
+
+    void read_first() {
+        if (curr_token == tok_spec_kind) {
+            next_token(lex_signed);
+            read_kind();
+            return;
+        }
+        if (curr_token == tok_spec_len) {
+            length_keyword = true;
+            next_token(lex_signed);
+        }
+        read_length();
+    }
+
+    void read_second() {
+        if (curr_token == tok_spec_kind) {
+            if (kind) {
+                refuse(msg_specifier_is_repeated);
+            }
+            next_token(lex_signed);
+            read_kind();
+        } else if (curr_token == tok_spec_len) {
+            if (has_length()) {
+                refuse(msg_specifier_is_repeated);
+            }
+            next_token(lex_signed);
+            read_length();
+        } else {
+            if (kind) {
+                refuse(msg_specifier_is_repeated);
+            } else if (length_keyword) {
+                refuse(msg_keyword_must_not_be_omitted_from_actual_argument);
+            }
+            read_kind();
+        }
+    }
+};
+
+} // namespace
+
+bool read_type_integer(std::uint32_t mode) {
+    return read_numeric_type(mode, default_integer(), integer_type_for_kind_number);
+}
+
+bool read_type_real(std::uint32_t mode) {
+    return read_numeric_type(mode, default_real(), real_type_for_kind_number);
+}
+
+bool read_type_complex(std::uint32_t mode) {
+    return read_numeric_type(mode, default_complex(), complex_type_for_kind_number);
+}
+
+bool read_type_logical(std::uint32_t mode) {
+    return read_numeric_type(mode, default_logical(), logical_type_for_kind_number);
+}
+
+bool read_type_character(std::uint32_t mode) {
+    char_star_form = false;
+    curr_type_spec = default_character(1);
+    next_token(mode | lex_lone_star);
+    if (curr_token == tok_star) {
+        char_star_form = true;
+        curr_type_spec = read_char_length(default_character(1), mode);
+        if (curr_type_spec->type_code == tk_error) {
+            curr_type_spec = default_character(1);
+        }
+        return true;
+    }
+    if (curr_token != tok_lparen) {
+        return true;
+    }
+    character_selectors selectors;
+    {
+        const stop_at stops{tok_comma, tok_rparen};
+        next_token(selector_mode);
+        selectors.read_first();
+        if (accept_optional(tok_comma, selector_mode)) {
+            selectors.read_second();
+        }
+    }
+    std::int32_t kind = default_kind_number();
+    curr_type_spec = error_type();
+    if (!selectors.failed && curr_token == tok_rparen) {
+        bool missing = false;
+        type *t = error_type();
+        if (!selectors.kind || fold_kind(selectors.kind, kind)) {
+            t = character_type_of(kind, selectors.length, missing);
+        }
+        curr_type_spec = report_missing_kind(missing, t);
+    }
+    return accept_closing(tok_rparen, msg_expected_rparen, mode);
+}
+
+type *read_char_length(type *base, std::uint32_t mode) {
+    bool missing = false;
+    next_token(lex_plain_digits | lex_no_hollerith | lex_lone_lparen);
+    if (curr_token == tok_integer) {
+        type *t = error_type();
+        if (has_value(curr_constant)) {
+            t = default_character(std::max(curr_constant.integer, 0));
+        }
+        next_token(mode);
+        return t;
+    }
+    if (curr_token != tok_lparen) {
+        if (curr_token == tok_name) {
+            report_syntax_error(msg_expected_constant);
+            next_token(mode);
+        } else {
+            report_syntax_error(msg_expected_length_specification);
+        }
+        return error_type();
+    }
+    char_length length;
+    bool ok = true;
+    {
+        const stop_at stops{tok_rparen};
+        next_token(lex_signed);
+        if (curr_token == tok_star && base->type_code == tk_fcharacter) {
+            length.assumed = true;
+            next_token(0);
+        } else {
+            ok = parse_length(length.expression);
+        }
+    }
+    type *t = error_type();
+    if (ok && curr_token == tok_rparen) {
+        t = character_type_of(character_kinds[base->kind].kind_number, length, missing);
+    }
+    const stop_at stops{tok_name, tok_comma, tok_lparen};
+    return accept_closing(tok_rparen, msg_expected_rparen, mode) ? t : error_type();
+}
+
+bool read_type_derived(std::uint32_t mode) {
+    char_star_form = false;
+    curr_type_spec = error_type();
+    next_token(0);
+    if (!expect_token(tok_lparen, msg_expected_lparen)) {
+        return false;
+    }
+    if (next_token(0) != tok_name) {
+        report_syntax_error(msg_expected_identifier);
+        return accept_closing(tok_rparen, msg_expected_rparen, mode);
+    }
+    name_locator name = curr_name;
+    symbol *s;
+    if (in_type_def || in_prefix_type) {
+        // The unit itself, or the one around the definition, may define the type later.
+        s = lookup_at_depth(in_type_def ? curr_scope_depth - 1 : curr_scope_depth);
+        while (s && s->kind == sk_host_link) {
+            s = entity_as<symbol>(s);
+        }
+    } else {
+        s = lookup_resolved(name.atom ? name.atom->first_symbol : nullptr, curr_scope_depth);
+    }
+    curr_type_spec = entity_as<type>(use_derived_type(s, name));
+    next_token(0);
+    return accept_closing(tok_rparen, msg_expected_rparen, mode);
+}
+
+} // namespace zf90

@@ -1,0 +1,639 @@
+// The statements that open and close program units.
+#include "declarations/units.h"
+
+#include "declarations/derived_types.h"
+#include "declarations/end_of_unit.h"
+#include "declarations/external_names.h"
+#include "declarations/interfaces.h"
+#include "declarations/routines.h"
+#include "declarations/storage.h"
+#include "declarations/symbols.h"
+#include "declarations/type_spec.h"
+#include "driver/driver.h"
+#include "il/entries.h"
+#include "il/types.h"
+#include "source/token_helpers.h"
+#include "source/tokens.h"
+#include "statements/constructs.h"
+#include "statements/handlers.h"
+#include "statements/loop.h"
+
+namespace zf90 {
+
+bool in_prefix_type;
+
+// ---- opening a unit
+
+void begin_program_unit(program_unit_kind kind) {
+    scope *s = push_scope(sr_unit);
+    scope_row &row = curr_row();
+    row.names_public = kind == uk_block_data || kind == uk_module;
+    row.outer_unit = curr_unit;
+    row.outer_interface_depth = interface_depth;
+    curr_unit = {};
+    curr_unit_kind = kind;
+    if (kind != uk_module) {
+        s->assoc_block = new_statement(stmk_block);
+        push_construct(cons_routine, s->assoc_block);
+    }
+}
+
+namespace {
+
+// Reads the name behind PROGRAM or MODULE. Error 218 if there is none; the locator then has a null atom.
+bool read_unit_name(name_locator &name) {
+    name = {nullptr, curr_token_pos};
+    if (curr_token == tok_name) {
+        name = curr_name;
+        return true;
+    }
+    expect_token(tok_name, msg_expected_identifier);
+    return false;
+}
+
+// The object of a unit that is no procedure, joined with the current scope.
+object *make_unit_object(symbol *s, storage_class sc, type *t) {
+    object *o = new_object();
+    tie_to_symbol(o, s);
+    o->source_corresp.scope_depth = 0;
+    o->storage_class = sc;
+    o->type = t;
+    s->entity = o;
+    new_unit_routine(o);
+    return o;
+}
+
+// The unit's name is known within it, so that declaring it again is an error there.
+void link_unit_name(symbol *s, const name_locator &name) {
+    if (s->name != error_atom) {
+        symbol *link = new_further_symbol(sk_host_link, name, curr_scope_depth);
+        link->entity = s;
+        link->flags |= s->flags & (sf_referenced | sf_used_as_bound);
+    }
+}
+
+// A symbol of an empty name, which is on no chain and no list.
+symbol *unnamed_unit_symbol(symbol_kind kind, atom *name, source_pos position) {
+    symbol *s = alloc_symbol(kind);
+    s->name = name;
+    s->scope_depth = 0;
+    s->decl_position = position;
+    return s;
+}
+
+void make_program_object(symbol *s) {
+    object *o = make_unit_object(s, sc_program, new_routine_type(nullptr, void_type()));
+    if (!il_root.main_routine) {
+        il_root.main_routine = o;
+    }
+}
+
+} // namespace
+
+void implied_program(source_pos position) {
+    if (main_program_seen) {
+        error_at(curr_stmt_kind == stmtk_program ? msg_main_program_has_already_been_declared
+                                                 : msg_program_implied_but_main_program_has_already_been,
+                 stmt_pos);
+    }
+    main_program_seen = true;
+    begin_program_unit(uk_program);
+    make_program_object(unnamed_unit_symbol(sk_program, main_atom, position));
+}
+
+bool stmt_program() {
+    if (next_token(0) == tok_eos) {
+        implied_program(curr_token_pos);
+        return true;
+    }
+    if (main_program_seen) {
+        error_at(msg_main_program_has_already_been_declared, stmt_pos);
+    }
+    main_program_seen = true;
+    name_locator name;
+    const bool ok = read_unit_name(name);
+    begin_program_unit(uk_program);
+    symbol *s = new_symbol(sk_program, name, 0);
+    make_program_object(s);
+    link_unit_name(s, name);
+    note_declaration(s, name.position, true);
+    if (ok) {
+        next_token(0);
+    }
+    return ok;
+}
+
+bool stmt_module() {
+    begin_program_unit(uk_module);
+    next_token(0);
+    name_locator name;
+    const bool ok = read_unit_name(name);
+    symbol *s = new_symbol(sk_module, name, 0);
+    make_unit_object(s, sc_module, new_type(tk_module));
+    link_unit_name(s, name);
+    note_declaration(s, name.position, true);
+    if (ok) {
+        next_token(0);
+    }
+    return ok;
+}
+
+bool stmt_block_data() {
+    begin_program_unit(uk_block_data);
+    symbol *s;
+    if (next_token(0) == tok_name) {
+        s = new_symbol(sk_block_data, curr_name, curr_scope_depth - 1);
+        note_declaration(s, curr_name.position, true);
+        next_token(0);
+    } else if (block_data_atom) {
+        error_at(msg_unnamed_block_data_has_already_been_defined, stmt_pos);
+        s = new_symbol(sk_block_data, {nullptr, stmt_pos}, curr_scope_depth - 1);
+    } else {
+        block_data_atom = new_empty_atom();
+        s = unnamed_unit_symbol(sk_block_data, block_data_atom, stmt_pos);
+    }
+    make_unit_object(s, sc_blockdata, new_type(tk_blockdata));
+    return true;
+}
+
+// ---- FUNCTION, SUBROUTINE, ENTRY
+
+namespace {
+
+// Reads an item of a list of dummy arguments.
+bool read_dummy(dummy_list &list) {
+    if (curr_token == tok_star && curr_unit_kind == uk_subroutine) {
+        declare_alternate_return(list, curr_token_pos);
+        next_token(0);
+        return true;
+    }
+    const bool ok = curr_token == tok_name;
+    name_locator name{nullptr, curr_token_pos};
+    symbol *s = nullptr;
+    const bool has_name = expect_token(tok_name, msg_expected_identifier);
+    if (has_name) {
+        s = lookup_for_declaration();
+        name = curr_name;
+    }
+    declare_dummy(list, s, name); // without a name too, so that the number of arguments is right
+    if (has_name) {
+        next_token(0);
+    }
+    return ok;
+}
+
+// The list in its parentheses. The end of the statement is good instead of them in a subroutine and, as the
+// language has it, in an ENTRY.
+bool read_dummies(bool is_entry, entry_description *entry) {
+    if (curr_token == tok_eos && (is_entry || curr_unit_kind == uk_subroutine)) {
+        return true;
+    }
+    if (!accept_token(tok_lparen, msg_expected_lparen, 0)) {
+        return false;
+    }
+    bool ok = true;
+    if (curr_token != tok_rparen) {
+        dummy_list list = begin_dummy_list(entry);
+        const stop_at stops{tok_comma, tok_rparen};
+        do {
+            ok &= read_dummy(list);
+        } while (accept_optional(tok_comma, 0));
+        end_dummy_list(list);
+    }
+    const bool closed = curr_token == tok_rparen;
+    accept_token(tok_rparen, msg_expected_rparen, lex_keyword);
+    return ok && closed;
+}
+
+// A result without a name of its own: it is the variable with the function's name.
+void declare_own_result(symbol *function, entry_description *entry) {
+    symbol *s = nullptr;
+    name_locator name{nullptr, function->decl_position};
+    if (function->name != error_atom) {
+        name.atom = function->name;
+        curr_name = name;
+        s = lookup_current();
+    }
+    declare_result(s, name, entry);
+}
+
+// A result with a name of its own. The function's name is no variable then.
+void declare_named_result(symbol *function, entry_description *entry) {
+    name_locator name = curr_name;
+    if (function->name != error_atom) {
+        const name_locator function_name{function->name, function->decl_position};
+        if (!entry) {
+            link_unit_name(function, function_name);
+        } else {
+            curr_name = function_name;
+            if (lookup_current()) {
+                error_at(msg_declaration_conflicts_with_previous_specifications, curr_token_pos);
+            }
+            curr_name = name;
+        }
+    }
+    symbol *s = lookup_for_declaration();
+    declare_result(s, name, entry);
+}
+
+// RESULT (name), or nothing. Whatever is wrong, the function has a result afterwards. `quiet`: there was an
+// error ahead of it, and what is missing here brings no second one.
+bool read_result(symbol *function, entry_description *entry, bool quiet) {
+    if (curr_token == tok_eos || (quiet && curr_token != tok_kw_result)) {
+        declare_own_result(function, entry);
+        return true;
+    }
+    if (!accept_token(tok_kw_result, msg_expected_result, 0) ||
+        !accept_token(tok_lparen, msg_expected_lparen, 0)) {
+        declare_own_result(function, entry);
+        return false;
+    }
+    bool ok = curr_token == tok_name;
+    if (!expect_token(tok_name, msg_expected_identifier)) {
+        declare_own_result(function, entry);
+        return false;
+    }
+    if (curr_name.atom == function->name) {
+        error_at(msg_result_name_must_not_be_same_as_entry, curr_token_pos);
+        declare_own_result(function, entry);
+        ok = false;
+    } else {
+        declare_named_result(function, entry);
+    }
+    next_token(0);
+    ok &= curr_token == tok_rparen;
+    accept_token(tok_rparen, msg_expected_rparen, 0);
+    return ok;
+}
+
+// The name behind FUNCTION, SUBROUTINE or ENTRY, and its symbol in the scope around the unit. Error 218 if
+// there is none; the locator then has a null atom.
+bool read_procedure_name(name_locator &name, symbol *&s) {
+    const stop_at stop{tok_lparen};
+    next_token(0);
+    name = {nullptr, curr_token_pos};
+    if (curr_token == tok_name) {
+        name = curr_name;
+        s = lookup_at_depth(curr_scope_depth - 1);
+        next_token(0);
+        return true;
+    }
+    if (expect_token(tok_name, msg_expected_identifier)) {
+        next_token(0); // a name behind what is wrong
+    }
+    return false;
+}
+
+// From the name of the procedure on. `result_type` is that before FUNCTION; null for an ENTRY.
+bool read_subprogram(bool is_entry, type *result_type) {
+    name_locator name;
+    symbol *s = nullptr;
+    bool ok = read_procedure_name(name, s);
+
+    const source_pos name_pos = name.position;
+    const bool is_subroutine = curr_unit_kind == uk_subroutine;
+    entry_description *entry = nullptr;
+    symbol *procedure = is_subroutine ? declare_subroutine(s, name, is_entry, entry)
+                                      : declare_function(s, name, result_type, is_entry, entry);
+    if (procedure->name != error_atom) {
+        procedure->aux2 |= pf_body_seen;
+    }
+    routine_of(entity_as<object>(procedure)).has_param_info = true;
+    note_declaration(procedure, name_pos, true);
+
+    ok &= read_dummies(is_entry, entry);
+    if (!is_subroutine) {
+        ok &= read_result(procedure, entry, !ok);
+    }
+    if (is_entry) {
+        statement *entry_point = add_statement(stmk_fentry);
+        entry_point->entry_descr = entry;
+        entry->entry_point = entry_point;
+    }
+    return ok;
+}
+
+// A function whose prefix could not be read: its unit is open, and it has no name.
+bool declare_failed_function() {
+    skip_to_eos();
+    name_locator name{nullptr, curr_token_pos};
+    entry_description *entry = nullptr;
+    symbol *function = declare_function(nullptr, name, nullptr, false, entry);
+    declare_own_result(function, entry);
+    return false;
+}
+
+// In fixed form two keywords may come in pieces: whether the rest of one follows, in keyword mode.
+bool next_piece(token_kind piece) { return next_token(lex_keyword) == piece; }
+
+// Reads a type specifier from its first token, in keyword mode, and leaves the type in `curr_type_spec` and
+// the token behind it current, read in keyword mode too. False if the token begins none.
+bool read_prefix_type() {
+    switch (curr_token) {
+    case tok_kw_character: read_type_character(lex_keyword); return true;
+    case tok_kw_complex: read_type_complex(lex_keyword); return true;
+    case tok_kw_in:
+        if (!next_piece(tok_kw_teger)) {
+            return false;
+        }
+        [[fallthrough]];
+    case tok_kw_integer: read_type_integer(lex_keyword); return true;
+    case tok_kw_logical: read_type_logical(lex_keyword); return true;
+    case tok_kw_real: read_type_real(lex_keyword); return true;
+    case tok_kw_do:
+        if (!next_piece(tok_kw_uble)) {
+            return false;
+        }
+        [[fallthrough]];
+    case tok_kw_double:
+        if (!next_piece(tok_kw_precision)) {
+            return false;
+        }
+        [[fallthrough]];
+    case tok_kw_doubleprecision:
+        curr_type_spec = double_precision();
+        next_token(lex_keyword);
+        return true;
+    case tok_kw_type:
+        in_prefix_type = true;
+        read_type_derived(lex_keyword);
+        in_prefix_type = false;
+        return true;
+    default: return false;
+    }
+}
+
+} // namespace
+
+bool stmt_subprogram() {
+    next_token(lex_keyword);
+    bool is_recursive = false;
+    bool is_repeated = false;
+    source_pos repeated_pos;
+    const auto take_recursive = [&] {
+        if (is_recursive) {
+            is_repeated = true;
+            repeated_pos = curr_token_pos;
+        }
+        is_recursive = true;
+        next_token(lex_keyword);
+    };
+    while (curr_token == tok_kw_recursive) {
+        take_recursive();
+    }
+    bool ok;
+    if (curr_token == tok_kw_subroutine) {
+        begin_program_unit(uk_subroutine);
+        ok = read_subprogram(false, void_type());
+    } else if (curr_token == tok_kw_function) {
+        begin_program_unit(uk_function);
+        ok = read_subprogram(false, unknown_type());
+    } else {
+        begin_program_unit(uk_function);
+        ok = read_prefix_type();
+        if (!ok) {
+            syntax_error(msg_expected_type_keyword);
+        } else {
+            if (curr_token == tok_kw_recursive) {
+                take_recursive();
+            }
+            ok = expect_token(tok_kw_function, msg_expected_function_keyword);
+        }
+        ok = ok ? read_subprogram(false, curr_type_spec) : declare_failed_function();
+    }
+    if (is_recursive) {
+        routine_of(curr_row().il_scope->assoc_routine).is_recursive = true;
+    }
+    if (is_repeated) {
+        error_at(msg_attribute_specifier_appears_repeatedly, repeated_pos);
+        ok = false;
+    }
+    return ok;
+}
+
+bool stmt_entry() {
+    if (curr_unit_kind != uk_subroutine && curr_unit_kind != uk_function) {
+        error_at(msg_entry_statement_is_not_allowed, stmt_pos);
+        return false;
+    }
+    if (top_construct().kind != cons_routine) {
+        error_at(msg_entry_statement_is_not_allowed_within_if_block, stmt_pos);
+        return false;
+    }
+    return read_subprogram(true, nullptr);
+}
+
+// ---- closing a unit
+
+bool stmt_contains() {
+    next_token(0);
+    end_of_specification();
+    return true;
+}
+
+void end_of_specification() {
+    scope_row &row = curr_row();
+    if (row.row_kind != sr_unit || row.spec_done) {
+        return;
+    }
+    row.spec_done = true;
+    layout_storage();
+}
+
+namespace {
+
+// Closes what is open in the body, and ends it with the STOP or RETURN that its end stands for.
+void end_body() {
+    if (!curr_row().il_scope->assoc_block) {
+        return;
+    }
+    close_open_constructs();
+    if (reach_state == reachable) {
+        switch (unit_kind_of(curr_scope_depth)) {
+        case uk_program: add_statement(stmk_stop); break;
+        case uk_subroutine:
+        case uk_function:
+            if (!is_interface_body()) {
+                add_statement(stmk_return);
+            }
+            break;
+        default: break;
+        }
+    }
+    pop_construct();
+}
+
+// What callers know of a list of dummy arguments.
+param_type *make_prototype(const object_list_member *dummies) {
+    param_type *head = nullptr;
+    param_type *tail = nullptr;
+    for (; dummies; dummies = dummies->next) {
+        const object *o = dummies->object;
+        param_type *p = new_param_type();
+        p->symbol_link = o->symbol_link;
+        p->source_corresp = o->source_corresp;
+        p->type = o->type;
+        p->is_optional = o->is_optional;
+        p->intent_in = o->intent_in;
+        p->intent_out = o->intent_out;
+        p->is_pointer = o->is_pointer;
+        (tail ? tail->next : head) = p;
+        tail = p;
+    }
+    return head;
+}
+
+void make_prototypes(const scope *s) {
+    if (s->assoc_routine->type->type_code != tk_routine) {
+        return;
+    }
+    routine_of(s->assoc_routine).param_type_list = make_prototype(s->parameters);
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        e->assoc_routine->source_corresp.referenced = true;
+        routine_of(e->assoc_routine).param_type_list = make_prototype(e->parameters);
+    }
+}
+
+// An outermost unit becomes an object of the global scope: by way of the external names or, without a name of
+// its own, directly. So does a unit in error, for its statements are to be checked like all others.
+void enter_unit(scope *s) {
+    object *routine = s->assoc_routine;
+    symbol *name = routine->symbol_link;
+    routine->source_corresp.referenced = true;
+    // A second main program has been reported: its name is not compared.
+    const bool is_second_program = routine->storage_class == sc_program && routine != il_root.main_routine;
+    const bool has_name = name->name != error_atom && name->name->length != 0;
+    if (!has_name || is_second_program || !enter_external(name)) {
+        add_object(scope_stack[0], routine);
+    }
+    if (has_name) {
+        unlink_symbol(name);
+    }
+    for (entry_description *e = s->entries; e; e = e->next) {
+        symbol *entry_name = e->assoc_routine->symbol_link;
+        if (entry_name->name == error_atom) {
+            continue;
+        }
+        if (const symbol *record = enter_external(entry_name)) {
+            object *result = e->function_result_var;
+            if (result && result->variant.result_var_function == e->assoc_routine) {
+                result->variant.result_var_function = entity_as<object>(record);
+            }
+            e->assoc_routine = entity_as<object>(record);
+        }
+        unlink_symbol(entry_name);
+    }
+}
+
+// An interface body leaves a prototype only: an external procedure, or a dummy argument of its host.
+void enter_prototype(const scope *s) {
+    object *routine = s->assoc_routine;
+    routine->variant.assoc_scope = nullptr;
+    symbol *name = routine->symbol_link;
+    if (routine->storage_class == sc_external && !routine->is_parameter && name->name != error_atom) {
+        enter_external(name);
+        routine = entity_as<object>(name);
+    }
+    add_to_interface(routine, curr_scope_depth - 1);
+}
+
+// The objects of a scope lie one behind the other, as the components of a derived type do.
+void lay_out_frame(const scope *s) {
+    type frame{};
+    frame.type_code = tk_derived_type;
+    frame.alignment = 1;
+    frame.derived.first_field = s->objects;
+    complete_type(&frame);
+}
+
+} // namespace
+
+void end_program_unit() {
+    const bool is_unit = curr_row().row_kind == sr_unit;
+    if (is_unit) {
+        interface_depth =
+            curr_row().outer_interface_depth; // its own blocks are closed, if END INTERFACE is missing
+        end_of_specification();
+        end_body();
+    }
+    finish_row(curr_scope_depth);
+    scope *s = curr_row().il_scope;
+    make_prototypes(s);
+    if (curr_scope_depth == 1) {
+        enter_unit(s);
+    } else if (is_unit && is_interface_body()) {
+        enter_prototype(s);
+    }
+    lay_out_frame(s);
+    const unit_state outer = curr_row().outer_unit;
+    pop_scope();
+    if (is_unit) {
+        curr_unit = outer;
+    }
+}
+
+void close_all_units() {
+    while (curr_scope_depth > 0) {
+        if (curr_row().row_kind == sr_unit) {
+            end_program_unit();
+        } else {
+            finish_open_type();
+        }
+        curr_unit_kind = unit_kind_of(curr_scope_depth);
+    }
+    interface_depth = 0;
+}
+
+namespace {
+
+// A label on an END: a loop that is to end there is reported as such, not as one that was never ended.
+void end_unit() {
+    if (curr_label_symbol) {
+        check_do_termination(curr_label_symbol);
+    }
+    end_program_unit();
+    curr_unit_kind = unit_kind_of(curr_scope_depth);
+}
+
+// The name behind END and the kind of the unit. One that could not be read, there or at the head of the unit,
+// is not compared.
+bool check_end_name() {
+    if (!expect_token(tok_name, msg_expected_identifier)) {
+        return false;
+    }
+    const atom *expected = curr_row().il_scope->assoc_routine->source_corresp.name;
+    if (expected != error_atom && expected != curr_name.atom) {
+        error_at(msg_end_name_does_not_match_name_of_corresponding, stmt_pos,
+                 expected ? expected->spelling : "");
+    }
+    next_token(0);
+    return true;
+}
+
+bool end_unit_of_kind(program_unit_kind kind) {
+    if (unit_kind_of(curr_scope_depth) != kind) {
+        error_at(msg_end_statement_does_not_correspond_to_kind_of_program, stmt_pos);
+    }
+    const bool ok = next_token(0) == tok_eos || check_end_name();
+    end_unit();
+    return ok;
+}
+
+} // namespace
+
+bool stmt_end() {
+    next_token(0);
+    end_unit();
+    if (interface_depth == 0 && curr_scope_depth != 0) {
+        error_at(msg_end_statement_is_not_allowed_here_use_end, stmt_pos);
+    }
+    return true;
+}
+
+bool stmt_end_program() { return end_unit_of_kind(uk_program); }
+bool stmt_end_subroutine() { return end_unit_of_kind(uk_subroutine); }
+bool stmt_end_function() { return end_unit_of_kind(uk_function); }
+bool stmt_end_block_data() { return end_unit_of_kind(uk_block_data); }
+bool stmt_end_module() { return end_unit_of_kind(uk_module); }
+
+} // namespace zf90

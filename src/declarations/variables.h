@@ -1,0 +1,12 @@
+// Names that must denote data.
+#pragma once
+
+#include "declarations/symbols.h"
+
+namespace zf90 {
+
+// Turns a name into a variable and returns its symbol, never null: an sk_variable, or a symbol of error_atom
+// after an error. `s` is the meaning of the name, or null.
+symbol *make_variable(symbol *s, name_locator &name);
+
+} // namespace zf90

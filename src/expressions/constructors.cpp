@@ -1,0 +1,295 @@
+// Array constructors and implied DOs, and the lists of elements that input, output and DATA are made of.
+#include "declarations/implicit.h"
+#include "declarations/scopes.h"
+#include "declarations/symbols.h"
+#include "expressions/parser_stack.h"
+#include "il/entries.h"
+#include "il/types.h"
+#include "statements/constructs.h"
+
+namespace zf90 {
+
+namespace {
+
+// How many array constructors are open: an implied DO within one has a variable of its own.
+int ac_nesting_depth;
+
+bool at_implied_do() { return curr_token == tok_lparen && lookahead_find_at_depth(tok_assign, false); }
+
+// ---- the variable of an implied DO
+
+enum class control_search : std::uint8_t { found, missing, no_name };
+
+// Looks ahead from "(" for the name and "=" that control it. The name becomes `curr_name`; the position is
+// that of the name, or of what stands in its place. Everything else is as before.
+control_search find_control(source_pos &position) {
+    char *const saved_cursor = line_cursor;
+    char *const saved_start = token_start;
+    const source_pos saved_pos = curr_token_pos;
+    bool candidate = false;
+    control_search result = control_search::missing;
+    for (;;) {
+        const int found = lookahead_find(tok_name, tok_assign, tok_comma);
+        if (found == 0) {
+            break;
+        }
+        if (found == 2) {
+            if (candidate) {
+                result = control_search::no_name;
+            }
+            break;
+        }
+        if (found == 3) {
+            candidate = false;
+        } else if (!candidate) {
+            candidate = true;
+            position = curr_token_pos;
+            char *const name = token_start;
+            char *const behind_name = line_cursor;
+            if (next_token(lex_peek) == tok_assign) {
+                line_cursor = name;
+                next_token(0);
+                result = control_search::found;
+                break;
+            }
+            line_cursor = behind_name;
+        }
+    }
+    line_cursor = saved_cursor;
+    token_start = saved_start;
+    curr_token = tok_lparen;
+    curr_token_pos = saved_pos;
+    error_pos = saved_pos;
+    return result;
+}
+
+// The type that the scope gives to a name which an implied DO takes for a variable of its own, or null.
+type *outer_type(const atom *name) {
+    symbol *s = name->first_symbol;
+    while (s && (!(s->flags & sf_visible) || s->kind == sk_common_block || s->kind == sk_host_candidate)) {
+        s = s->next_same_name;
+    }
+    while (s && s->kind == sk_host_link) {
+        s = entity_as<symbol>(s);
+    }
+    return s && (s->flags & sf_typed) ? type_of_symbol(s) : nullptr;
+}
+
+symbol *new_control_variable() {
+    type *outer = outer_type(curr_name.atom);
+    symbol *s = push_implied_do_variable(curr_name);
+    s->flags |= sf_implied_do;
+    if (outer) {
+        s->entity = element_type_of(outer);
+        s->flags |= sf_typed;
+    }
+    return s;
+}
+
+const symbol *linked_symbol(const symbol *s) {
+    while (s->kind == sk_host_link) {
+        s = entity_as<symbol>(s);
+    }
+    return s;
+}
+
+// Whether a name controls an open DO loop of the unit.
+bool controls_open_loop(const symbol *s) {
+    for (int i = construct_depth; i >= 0 && construct_stack[i].kind != cons_routine; --i) {
+        const construct_entry &entry = construct_stack[i];
+        if (entry.kind != cons_do || !entry.statement->do_loop) {
+            continue;
+        }
+        const expr_node *variable = entry.statement->do_loop->variable;
+        if (variable && variable->node_kind == enk_symbol && linked_symbol(variable->symbol) == s) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool is_active_control(const symbol *s) {
+    return (s->kind == sk_variable && (s->var_flags & vf_do_variable)) || controls_implied_do(s) ||
+           controls_open_loop(s);
+}
+
+void drop_variable(pending &loop) {
+    if (loop.variable_in_force) {
+        pop_implied_do_variable(loop.symbol);
+        loop.variable_in_force = false;
+    }
+}
+
+// ---- implied DOs
+
+// Gives up the implied DO on top, of which the error has been reported, and goes on behind its ")".
+expr_node *abandon_implied_do() {
+    drop_variable(top_pending());
+    const pending loop = pop_pending();
+    skip_behind(tok_rparen);
+    --stop_set[tok_rparen];
+    return new_error_at(loop.position);
+}
+
+expr_node *finish_implied_do() {
+    const pending loop = pop_pending();
+    close_with(tok_rparen, msg_expected_rparen);
+    --stop_set[tok_rparen];
+    return loop.node;
+}
+
+// Whether the control follows the current ",": the tokens up to its "=" are read then. Otherwise nothing has
+// moved.
+bool control_follows() {
+    char *const saved_cursor = line_cursor;
+    if (next_token(lex_peek) == tok_name && next_token(lex_peek) == tok_assign) {
+        return true;
+    }
+    line_cursor = saved_cursor;
+    return false;
+}
+
+// The variable gets out of force: the expressions of the control mean the names outside.
+void begin_control(pending &loop) {
+    expr_node *variable = new_node(enk_symbol, loop.item_pos);
+    variable->symbol = loop.symbol;
+    loop.node->do_info->variable = variable;
+    loop.node->has_a_scope = loop.symbol->kind == sk_implied_do_var;
+    loop.node->expr_list = loop.first_item;
+    drop_variable(loop);
+}
+
+// Asks for the next part of the control.
+expr_node *ask_for(operand_part part) {
+    pending &loop = top_pending();
+    loop.part = part;
+    loop.level = level_any;
+    next_token(lex_signed);
+    return nullptr;
+}
+
+} // namespace
+
+// At "(".
+expr_node *start_implied_do(element_parser parse_element, bool data_context) {
+    pending &loop = push_pending(pending_implied_do, curr_token_pos);
+    loop.parse_element = parse_element;
+    loop.data_context = data_context;
+    loop.node = new_node(enk_implied_do, loop.position);
+    ++stop_set[tok_rparen];
+    switch (find_control(loop.item_pos)) {
+    case control_search::no_name:
+        error_at(msg_do_variable_must_be_named_variable, loop.item_pos);
+        next_token(0);
+        return abandon_implied_do();
+    case control_search::missing: break;
+    case control_search::found:
+        if (data_context || ac_nesting_depth > 0) {
+            loop.symbol = new_control_variable();
+            loop.variable_in_force = true;
+        } else {
+            symbol *s = lookup_reference();
+            if (is_active_control(s)) {
+                error_at(msg_variable_is_same_as_do_variable_of_enclosing, loop.item_pos);
+            }
+            loop.symbol = s;
+        }
+        break;
+    }
+    return ask_for(part_element);
+}
+
+expr_node *start_element() {
+    pending &list = top_pending();
+    if (list.kind == pending_implied_do && curr_token == tok_assign) {
+        report_parse_error(msg_expected_identifier);
+        return abandon_implied_do();
+    }
+    const element_parser parse_element = list.parse_element;
+    if (at_implied_do()) {
+        list.level = level_none;
+        return start_implied_do(parse_element, list.data_context);
+    }
+    if (!parse_element) {
+        list.level = level_any;
+        return start_primary();
+    }
+    list.level = level_none;
+    expr_node *element = nullptr;
+    parse_element(element);
+    return element ? element : new_error_at(curr_token_pos);
+}
+
+expr_node *continue_implied_do(expr_node *value) {
+    pending &loop = top_pending();
+    do_loop *control = loop.node->do_info;
+    switch (loop.part) {
+    case part_element:
+        append_item(loop, value);
+        if (curr_token != tok_comma) {
+            break;
+        }
+        if (!control_follows()) {
+            return ask_for(part_element);
+        }
+        begin_control(loop);
+        return ask_for(part_initial);
+    case part_initial:
+        control->initial_value = value;
+        if (curr_token != tok_comma) {
+            break;
+        }
+        return ask_for(part_final);
+    case part_final:
+        control->final_value = value;
+        return curr_token == tok_comma ? ask_for(part_increment) : finish_implied_do();
+    default: control->increment = value; return finish_implied_do();
+    }
+    report_parse_error(msg_expected_comma);
+    return abandon_implied_do();
+}
+
+// At "(/".
+expr_node *start_constructor() {
+    push_pending(pending_constructor, curr_token_pos);
+    ++stop_set[tok_array_close];
+    ++stop_set[tok_comma];
+    ++ac_nesting_depth;
+    return ask_for(part_element);
+}
+
+expr_node *continue_constructor(expr_node *value) {
+    append_item(top_pending(), value);
+    if (curr_token == tok_comma) {
+        return ask_for(part_element);
+    }
+    const pending list = pop_pending();
+    --stop_set[tok_comma];
+    --ac_nesting_depth;
+    close_with(tok_array_close, msg_expected_array_close);
+    --stop_set[tok_array_close];
+    expr_node *node = new_node(enk_constructor, list.position);
+    node->constructor = list.first_item;
+    node->type = new_array_type(unknown_type(), 1);
+    return node;
+}
+
+bool parse_element_list(element_parser parse_element, expr_node *&list, bool data_context) {
+    const stop_at stops{tok_comma};
+    bool ok = true;
+    expr_node **link = &list;
+    list = nullptr;
+    do {
+        expr_node *element = nullptr;
+        ok = (at_implied_do() ? parse_implied_do(parse_element, element, data_context)
+                              : parse_element(element)) &&
+             ok;
+        if (element) {
+            *link = element;
+            link = &element->next;
+        }
+    } while (accept_optional(tok_comma, lex_signed));
+    return ok;
+}
+
+} // namespace zf90
