@@ -132,7 +132,7 @@ void finish_undetermined(symbol *s) {
     name_locator name{s->name, s->decl_position};
     if (!(s->flags & sf_called) || is_array(entity_as<type>(s))) {
         type_if_untyped(s);
-        make_variable(s, name);
+        finish_variable(make_variable(s, name));
         return;
     }
     const bool is_intrinsic = s->flags & sf_called_as_subroutine ? find_intrinsic_subroutine(s) != nullptr

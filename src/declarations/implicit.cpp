@@ -77,7 +77,8 @@ bool has_explicit_type(const object *o) {
 void settle_function_of(symbol *result, type *declared, bool override_type) {
     object *routine = entity_as<object>(result)->variant.result_var_function;
     symbol *function = routine ? routine->symbol_link : nullptr;
-    if (!function || (function->kind != sk_function && function->kind != sk_internal_function)) {
+    if (!function || (function->kind != sk_function && function->kind != sk_internal_function &&
+                      function->kind != sk_dummy_function)) {
         return;
     }
     const std::uint32_t implied = result->flags & sf_type_implicit;

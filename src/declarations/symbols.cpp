@@ -169,7 +169,6 @@ void append_to_row(symbol *s) {
 void become_host_link(symbol *s, symbol *target) {
     set_symbol_kind(s, sk_host_link);
     s->entity = target;
-    s->aux = nullptr;
 }
 
 // The depth of the innermost scope from which the current one gets no names: there is no host association
@@ -279,6 +278,11 @@ symbol *new_further_symbol(symbol_kind kind, const name_locator &locator, std::i
 }
 
 void set_symbol_kind(symbol *s, symbol_kind kind) {
+    if (s->kind == sk_host_candidate || s->kind == sk_forward_type) {
+        // The link outward and the saved marks mean nothing in another kind.
+        s->aux = nullptr;
+        s->aux2 = 0;
+    }
     s->kind = kind;
     switch (kind) {
     case sk_derived_type:
@@ -443,11 +447,9 @@ static symbol *new_candidate() {
             depth = 0;
         }
         symbol *found = lookup_at_depth(depth);
-        if (found && found->kind == sk_host_link) {
+        if (found) {
             found = follow_links(found);
-            depth = found->scope_depth;
-        }
-        if (!found && depth >= 1) {
+        } else if (depth >= 1) {
             found = new_further_symbol(sk_host_candidate, curr_name, depth);
             found->entity = implicit_type_of(found);
         }
@@ -481,7 +483,6 @@ symbol *lookup_reference() {
 static void become_local_name(symbol *s) {
     type *held = entity_as<type>(s);
     set_symbol_kind(s, sk_undetermined);
-    s->aux = nullptr;
     s->flags |= sf_inferred;
     if (held) {
         s->entity = held;

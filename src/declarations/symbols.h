@@ -94,8 +94,9 @@ inline void tie_to_symbol(named_entry *entry, symbol *s) {
     entry->source_corresp.name = s->name->length != 0 ? s->name : nullptr;
     entry->source_corresp.decl_position = s->decl_position;
     entry->source_corresp.referenced = (s->flags & sf_referenced) != 0;
+    const bool has_depth = s->scope_depth >= 0 && s->scope_depth < depth_out_of_scope;
     entry->source_corresp.scope_depth =
-        s->scope_depth < 0 ? depth_out_of_scope : static_cast<std::uint8_t>(s->scope_depth);
+        has_depth ? static_cast<std::uint8_t>(s->scope_depth) : depth_out_of_scope;
 }
 
 // ---- look-ups of `curr_name`. All skip invisible symbols and common blocks, whose names are a space apart.

@@ -14,7 +14,7 @@ enum intrinsic_code : std::uint8_t {
     intrinsic_code_count
 };
 
-// The name in the vocabulary: "plus_op", "iabs".
+// The name that is printed for it: "plus_op", "iabs".
 const char *intrinsic_code_name(unsigned code); // "**BAD INTRINSIC**" for an unknown one
 
 } // namespace zf90

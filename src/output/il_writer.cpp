@@ -101,7 +101,9 @@ struct field_writer {
         const std::size_t length = text ? std::strlen(text) : 0;
         put_number(length);
         put('h');
-        put(text, length);
+        if (length > 0) {
+            put(text, length);
+        }
     }
 
     void constant_value(constant &c) {

@@ -239,13 +239,10 @@ bool climb() {
             if (order_class < ph_end) {
                 return true;
             }
-            stmt_phase = ph_end;
-            break;
-        case ph_end:
-            if (in_interface_block() || unit.contains_depth > 0) {
-                stmt_phase = ph_start;
-            }
+            stmt_phase = in_interface_block() || unit.contains_depth > 0 ? ph_start : ph_end;
             return true;
+        case ph_end: // the outermost unit has been closed, on this line
+            return order_class == 0 ? true : out_of_order();
         }
     }
 }

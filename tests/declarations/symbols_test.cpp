@@ -417,6 +417,39 @@ TEST_F(symbols_test, what_a_kind_resets) {
     }
 }
 
+// What a candidate keeps there is not taken for the marks of a procedure later on.
+TEST_F(symbols_test, the_marks_of_a_candidate_do_not_outlive_it) {
+    for (const symbol_kind former : {sk_host_candidate, sk_forward_type}) {
+        symbol *s = alloc_symbol(former);
+        s->aux = s;
+        s->aux2 = cf_referenced | cf_used_as_bound;
+        set_symbol_kind(s, sk_undetermined);
+        EXPECT_EQ(s->aux, nullptr);
+        EXPECT_EQ(s->aux2, 0u);
+    }
+}
+
+TEST_F(symbols_test, an_entry_tied_to_its_symbol) {
+    symbol *s = new_symbol(sk_variable, at("TIED", {4, 2}), 1);
+    object *o = new_object();
+    tie_to_symbol(o, s);
+    EXPECT_EQ(o->symbol_link, s);
+    EXPECT_EQ(o->source_corresp.name, name("TIED"));
+    EXPECT_EQ(o->source_corresp.decl_position, (source_pos{4, 2}));
+    EXPECT_FALSE(o->source_corresp.referenced);
+    EXPECT_EQ(o->source_corresp.scope_depth, 1);
+    s->flags |= sf_referenced;
+    s->name = main_atom;
+    // Depths that the entry has no room for.
+    for (const std::int32_t depth : {-1, 255, 256, 1000}) {
+        s->scope_depth = depth;
+        tie_to_symbol(o, s);
+        EXPECT_EQ(o->source_corresp.scope_depth, depth_out_of_scope);
+    }
+    EXPECT_EQ(o->source_corresp.name, nullptr);
+    EXPECT_TRUE(o->source_corresp.referenced);
+}
+
 TEST_F(symbols_test, records_of_global_names) {
     atom *a = name("EXT");
     EXPECT_EQ(global_symbol(a), nullptr);
@@ -459,7 +492,7 @@ TEST_F(symbols_test, implicit_types) {
     push_scope(sr_unit);
     EXPECT_EQ(implicit_type_of(new_symbol(sk_undetermined, at("O"), 2)), default_logical());
     curr_row().implicit_types['O' - 'A'] = nullptr;
-    EXPECT_EQ(implicit_type_of(lookup_at_depth(2) ? o : o), default_logical()); // by the symbol's own row
+    EXPECT_EQ(implicit_type_of(o), default_logical()); // by the symbol's own row
     scope_stack[1].implicit_none = true;
     EXPECT_EQ(implicit_type_of(o), nullptr);
     scope_stack[1].implicit_none = false;
@@ -596,6 +629,7 @@ TEST_F(symbols_test, an_unknown_name_makes_candidates_outward) {
 
 TEST_F(symbols_test, candidates_end_at_a_known_name) {
     symbol *host = new_symbol(sk_variable, at("K1"), 1);
+    host->aux = new_object(); // which is the host's own business
     push_scope(sr_unit);
     push_scope(sr_unit);
     read("K1");
@@ -603,6 +637,7 @@ TEST_F(symbols_test, candidates_end_at_a_known_name) {
     auto *middle = static_cast<symbol *>(s->aux);
     EXPECT_EQ(middle->kind, sk_host_candidate);
     EXPECT_EQ(middle->aux, host);
+    EXPECT_NE(host->aux, nullptr);
     EXPECT_FALSE(host->flags & sf_referenced);
     // A further reference from the scope between finds the candidate there.
     pop_scope();
@@ -663,6 +698,19 @@ TEST_F(symbols_test, a_name_in_a_statement_function_counts_as_a_use_in_the_host)
     read("SF3");
     s = lookup_reference();
     EXPECT_FALSE(static_cast<symbol *>(s->aux)->flags & (sf_referenced | sf_used_as_bound));
+    used_in_bound = false;
+    // Only what a candidate holds is a name of the host.
+    symbol *other = new_symbol(sk_variable, at("SF5"), 1);
+    symbol *dummy = new_symbol(sk_variable, at("SF4"), 2);
+    dummy->aux = other;
+    read("SF4");
+    EXPECT_EQ(lookup_reference(), dummy);
+    symbol *candidate = new_symbol(sk_host_candidate, at("SF6"), 1);
+    candidate->aux = other;
+    new_symbol(sk_host_link, at("SF6"), 2)->entity = candidate;
+    read("SF6");
+    EXPECT_EQ(lookup_reference(), candidate);
+    EXPECT_EQ(other->flags & sf_referenced, 0u);
 }
 
 TEST_F(symbols_test, no_host_association_into_an_interface_body) {
@@ -765,6 +813,25 @@ TEST_F(symbols_test, a_bound_leaves_its_own_mark) {
     EXPECT_EQ(resolve_candidate(lookup_reference()), host);
     EXPECT_TRUE(host->flags & sf_used_as_bound);
     EXPECT_FALSE(host->flags & sf_referenced);
+}
+
+// The scope between has settled its own use of the name first.
+TEST_F(symbols_test, a_candidate_within_a_link_leaves_its_marks_on_both) {
+    symbol *host = new_symbol(sk_variable, at("R3"), 1);
+    push_scope(sr_unit);
+    push_scope(sr_unit);
+    read("R3");
+    symbol *s = lookup_reference();
+    auto *middle = static_cast<symbol *>(s->aux);
+    middle->flags |= sf_used_as_bound;
+    EXPECT_EQ(resolve_candidate(middle), host);
+    EXPECT_EQ(host->flags & (sf_referenced | sf_used_as_bound), sf_used_as_bound);
+    EXPECT_EQ(resolve_candidate(s), host);
+    EXPECT_EQ(entity_as<symbol>(s), host);
+    EXPECT_TRUE(host->flags & sf_referenced);
+    pop_scope();
+    pop_scope();
+    EXPECT_TRUE(host->flags & sf_referenced);
 }
 
 // The host declares the name after an internal procedure has used it.
@@ -919,12 +986,16 @@ TEST_F(symbols_test, resolved_links_are_repeated_within) {
     // Within the depth asked for nothing is repeated.
     symbol *other = new_symbol(sk_host_link, at("RM"), 1);
     other->entity = new_symbol(sk_function, at("RM"), 0);
-    EXPECT_EQ(lookup_resolved(name("RM")->first_symbol, 0), other->entity);
+    symbol *other_target = entity_as<symbol>(other);
+    EXPECT_EQ(lookup_resolved(name("RM")->first_symbol, 0), other_target);
     EXPECT_EQ(chain_of(name("RM")).size(), 2u);
     // The closing of the scopes keeps the marks.
     pop_scope();
     pop_scope();
     EXPECT_TRUE(target->flags & sf_referenced);
+    pop_scope();
+    EXPECT_TRUE(target->flags & sf_referenced);
+    EXPECT_TRUE(other_target->flags & sf_referenced);
 }
 
 TEST_F(symbols_test, resolved_candidates) {
@@ -973,6 +1044,8 @@ TEST_F(symbols_test, forward_types) {
     EXPECT_EQ(lost->kind, sk_derived_type);
     EXPECT_EQ(lost->entity, own);
     EXPECT_EQ(lookup_resolved(name("LOST")->first_symbol, 2), lost);
+    pop_scope();
+    EXPECT_TRUE(host->flags & sf_referenced);
     EXPECT_EQ(times(messages(), msg_component_type_is_not_defined, "LOST"), 1);
 }
 

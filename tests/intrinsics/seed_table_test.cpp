@@ -507,7 +507,7 @@ TEST(seed_table, keywords_that_are_intrinsics) {
     }
 }
 
-TEST(seed_table, numbers_and_names_of_the_vocabulary) {
+TEST(seed_table, numbers_and_printed_names) {
     EXPECT_EQ(intrinsic_code_count, 178);
     EXPECT_EQ(assign_op, 0);
     EXPECT_EQ(neqv_op, 17);

@@ -939,7 +939,7 @@ TEST_F(ClassifyTest, AnyText) {
         std::string text;
         for (int i = 0; i < 20000; ++i) {
             text += fixed ? "      " : "";
-            for (unsigned n = 1 + random() % 12; n > 0; --n) {
+            for (auto n = 1 + random() % 12; n > 0; --n) {
                 text += pieces[random() % std::size(pieces)];
                 text += random() % 2 ? " " : "";
             }

@@ -1,0 +1,225 @@
+// The statements that give names one attribute each: DIMENSION, ALLOCATABLE, POINTER, TARGET, EXTERNAL,
+// INTRINSIC, INTENT, OPTIONAL, PARAMETER, SAVE, PUBLIC and PRIVATE.
+#include "declarations/declarations.h"
+#include "declarations/implicit.h"
+#include "declarations/scopes.h"
+#include "declarations/symbols.h"
+#include "driver/diagnostics.h"
+#include "expressions/parser.h"
+#include "il/entries.h"
+#include "il/types.h"
+#include "source/token_helpers.h"
+#include "statements/handlers.h"
+#include "statements/loop.h"
+
+namespace zf90 {
+
+namespace {
+
+attribute_set attributes(std::initializer_list<attribute> list) {
+    attribute_set set{};
+    for (attribute a : list) {
+        set[a] = true;
+    }
+    return set;
+}
+
+// Items separated by commas, from the current token on. An item reads its name and the token behind it.
+template <class Item> bool read_list(Item read_item) {
+    const stop_at stop({tok_comma});
+    bool good = true;
+    do {
+        good = read_item() && good;
+    } while (accept_optional(tok_comma, 0));
+    return good;
+}
+
+bool read_plain_list(const attribute_set &set) {
+    return read_list([&] { return read_plain_entity(set) != nullptr; });
+}
+
+bool read_array_list(const attribute_set &set, bool require_spec) {
+    accept_optional(tok_double_colon, 0);
+    return read_list([&] {
+        entity_type = unknown_type();
+        return read_array_entity(set, require_spec, false, 0) != nullptr;
+    });
+}
+
+// "name = value" of PARAMETER.
+bool read_named_constant() {
+    attribute_set set = attributes({attr_parameter, attr_initialized, attr_variable});
+    entity_init = nullptr;
+    name_locator name{};
+    symbol *s = nullptr;
+    {
+        const stop_at stop({tok_assign});
+        if (expect_token(tok_name, msg_expected_identifier)) {
+            name = curr_name;
+            s = lookup_for_declaration();
+            next_token(0);
+        }
+        if (!accept_token(tok_assign, msg_expected_equals, lex_signed)) {
+            return false;
+        }
+    }
+    if (!parse_expression(entity_init) || !name.atom) {
+        return false;
+    }
+    const bool good = check_attributes(s, set, name.position);
+    apply_attributes(s, set, name);
+    return good;
+}
+
+bool access_statement(attribute access) {
+    if (next_token(0) == tok_eos) {
+        scope_row &row = curr_row();
+        if (row.access_stated) {
+            error_at(msg_access_statement_has_been_already_specified, stmt_pos);
+            return false;
+        }
+        row.access_stated = true;
+        row.names_public = access == attr_public;
+        return true;
+    }
+    accept_optional(tok_double_colon, 0);
+    return read_plain_list(attributes({access}));
+}
+
+} // namespace
+
+symbol *read_plain_entity(attribute_set set) {
+    if (!expect_token(tok_name, msg_expected_identifier)) {
+        return nullptr;
+    }
+    name_locator name = curr_name;
+    symbol *s = lookup_for_declaration();
+    check_attributes(s, set, name.position);
+    s = apply_attributes(s, set, name);
+    next_token(0);
+    return s;
+}
+
+symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_shape_only,
+                          std::uint32_t next_mode) {
+    if (!expect_token(tok_name, msg_expected_identifier)) {
+        return nullptr;
+    }
+    name_locator name = curr_name;
+    symbol *s = lookup_for_declaration();
+    next_token(next_mode);
+    if (curr_token == tok_lparen) {
+        const source_pos position = curr_token_pos;
+        type *array = read_array_spec(set[attr_typed] ? element_type_of(entity_type) : unknown_type());
+        if (!array) {
+            return nullptr;
+        }
+        if (explicit_shape_only && array->array.shape_kind != explicit_shape) {
+            error_at(msg_explicit_shape_specification_required, position);
+            return nullptr;
+        }
+        entity_type = array;
+        set[shape_attribute(array->array.shape_kind)] = true;
+    } else if (require_spec) {
+        error_pos = curr_token_pos;
+        syntax_error(msg_expected_lparen);
+        return nullptr;
+    }
+    const bool good = check_attributes(s, set, name.position);
+    s = apply_attributes(s, set, name);
+    return good ? s : nullptr;
+}
+
+bool read_intent_spec(attribute_set &set) {
+    next_token(lex_keyword);
+    if (!accept_token(tok_lparen, msg_expected_lparen, lex_keyword)) {
+        return false;
+    }
+    attribute intent = attr_intent_inout;
+    switch (curr_token) {
+    case tok_kw_in:
+        intent = attr_intent_in;
+        if (next_token(lex_keyword) == tok_kw_out) {
+            intent = attr_intent_inout;
+            next_token(0);
+        }
+        break;
+    case tok_kw_inout: next_token(0); break;
+    case tok_kw_out:
+        intent = attr_intent_out;
+        next_token(0);
+        break;
+    default: {
+        const stop_at stop({tok_rparen});
+        error_pos = curr_token_pos;
+        syntax_error(msg_intent_specification_is_not_in_out_or_inout);
+        break;
+    }
+    }
+    set[intent] = true;
+    return accept_token(tok_rparen, msg_expected_rparen, 0);
+}
+
+bool stmt_allocatable() {
+    next_token(0);
+    return read_array_list(attributes({attr_allocatable, attr_variable}), false);
+}
+
+bool stmt_dimension() {
+    next_token(0);
+    return read_array_list({}, true);
+}
+
+bool stmt_pointer() {
+    next_token(0);
+    return read_array_list(attributes({attr_pointer}), false);
+}
+
+bool stmt_target() {
+    next_token(0);
+    return read_array_list(attributes({attr_target, attr_variable}), false);
+}
+
+bool stmt_external() {
+    next_token(0);
+    return read_plain_list(attributes({attr_external}));
+}
+
+bool stmt_intrinsic() {
+    next_token(0);
+    return read_plain_list(attributes({attr_intrinsic}));
+}
+
+bool stmt_intent() {
+    attribute_set set = attributes({attr_variable});
+    if (!read_intent_spec(set)) {
+        return false;
+    }
+    accept_optional(tok_double_colon, 0);
+    return read_plain_list(set);
+}
+
+bool stmt_optional() {
+    next_token(0);
+    accept_optional(tok_double_colon, 0);
+    return read_plain_list(attributes({attr_optional}));
+}
+
+bool stmt_parameter() {
+    next_token(0);
+    bool good = false;
+    {
+        const stop_at stop({tok_rparen});
+        if (!accept_token(tok_lparen, msg_expected_lparen, 0)) {
+            return false;
+        }
+        good = read_list(read_named_constant);
+    }
+    return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
+}
+
+bool stmt_private() { return access_statement(attr_private); }
+
+bool stmt_public() { return access_statement(attr_public); }
+
+} // namespace zf90
