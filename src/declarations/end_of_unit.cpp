@@ -224,7 +224,7 @@ void finish_symbol(symbol *s) {
     case sk_data_name:
     case sk_dummy_function: type_if_untyped(s); break;
     case sk_label:
-        if (!(s->aux2 & lf_defined)) {
+        if (!(s->aux2 & (lf_defined | lf_reported))) {
             error_at(msg_label_was_referenced_but_not_defined, s->decl_position, s->name->spelling);
         }
         break;

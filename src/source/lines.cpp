@@ -445,9 +445,11 @@ bool free_form_continuation(bool between_tokens) {
         return false;
     }
     line_cursor = skip_blanks(line_cursor + 1);
-    if (*line_cursor == '!') {
+    if (lex_peeking) {
+        // The tokens are read again.
+    } else if (*line_cursor == '!') {
         warn_bang(position_of_cursor(line_cursor));
-    } else if (*line_cursor && !lex_peeking) {
+    } else if (*line_cursor) {
         error_at_cursor(msg_invalid_text_following_continuation_character_ampersand, line_cursor);
     }
     if (has_next) {
@@ -469,7 +471,9 @@ bool free_form_continuation(bool between_tokens) {
 }
 
 void skip_comment() {
-    warn_bang(position_of_cursor(line_cursor));
+    if (!lex_peeking) {
+        warn_bang(position_of_cursor(line_cursor));
+    }
     if (!fixed_form_input || !next_segment()) {
         line_cursor += std::strlen(line_cursor);
     }

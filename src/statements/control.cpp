@@ -5,6 +5,7 @@
 
 #include "constants/arithmetic.h"
 #include "declarations/scopes.h"
+#include "declarations/variables.h"
 #include "expressions/parser.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -117,9 +118,9 @@ expr_node *parse_label_variable() {
     if (!expect_token(tok_name, msg_expected_identifier)) {
         return nullptr;
     }
-    const source_pos position = curr_token_pos;
+    name_locator name = curr_name;
     symbol *s = settled_reference();
-    note_use(use_referenced, s, position);
+    note_use(use_referenced, s, name.position);
     next_token(0);
     const type *t = type_of_data_name(s);
     if (t && t->type_code == tk_unknown) {
@@ -128,23 +129,19 @@ expr_node *parse_label_variable() {
         }
     }
     const bool is_constant = s->kind == sk_variable && entity_as<object>(s)->is_constant;
-    if (t && t->type_code == tk_error) {
+    if (!t || is_constant ||
+        (t != default_integer() && t->type_code != tk_unknown && t->type_code != tk_error)) {
+        error_at(msg_expression_must_be_variable_of_type_default_integer, name.position);
         return nullptr;
     }
-    if (!t || is_constant || (t->type_code != tk_unknown && t != default_integer())) {
-        error_at(msg_expression_must_be_variable_of_type_default_integer, position);
+    object *variable = entity_as<object>(make_variable(s, name));
+    if (variable->type->type_code == tk_error) {
         return nullptr;
     }
-    expr_node *node;
-    if (s->kind == sk_variable) {
-        node = new_expr_node(enk_object);
-        node->object = entity_as<object>(s);
-        node->type = node->object->type;
-    } else {
-        node = new_expr_node(enk_symbol); // it has no object yet
-        node->symbol = s;
-    }
-    node->source_pos = position;
+    expr_node *node = new_expr_node(enk_object);
+    node->source_pos = name.position;
+    node->object = variable;
+    node->type = variable->type;
     return node;
 }
 

@@ -1,5 +1,5 @@
-// What does not exist yet: each handler skips its statement and succeeds, and variables get no storage. Whoever
-// writes one deletes its line here.
+// What does not exist yet: each handler skips its statement and succeeds, and variables get no storage.
+// Whoever writes one deletes its line here.
 #include "declarations/derived_types.h"
 #include "declarations/storage.h"
 #include "statements/handlers.h"

@@ -314,6 +314,7 @@ TEST_F(EndOfUnitTest, LabelsAndModuleProcedures) {
     };
     add_label_symbol("10", 0);
     add_label_symbol("20", lf_defined);
+    add_label_symbol("30", lf_reported); // its loop has been reported
     add(sk_module_procedure, "S", sf_referenced);
     add(sk_module_procedure, "T", sf_referenced)->aux2 |= pf_body_seen;
     EXPECT_EQ(finishing(), error(msg_label_was_referenced_but_not_defined, "10") +

@@ -99,7 +99,9 @@ private:
         return result.empty() ? "default" : result;
     }
 
-    void line(int depth, const std::string &text) { out_ += std::string(static_cast<std::size_t>(2 * depth), ' ') + text + "\n"; }
+    void line(int depth, const std::string &text) {
+        out_ += std::string(static_cast<std::size_t>(2 * depth), ' ') + text + "\n";
+    }
 
     void put_list(const statement *s, int depth) {
         for (; s; s = s->next) {
