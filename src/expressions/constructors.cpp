@@ -242,6 +242,9 @@ expr_node *continue_implied_do(expr_node *value) {
         if (!control_follows()) {
             return ask_for(part_element);
         }
+        if (!loop.symbol) {
+            return abandon_implied_do(); // recovery from an error has passed an "="
+        }
         begin_control(loop);
         return ask_for(part_initial);
     case part_initial:

@@ -748,6 +748,63 @@ TEST_F(ParserTest, HostNamesHaveTheirTypesAtOnce) {
     EXPECT_EQ(tree("rr%x"), "RR%X");
 }
 
+// Whatever stands in a statement, the parser comes to an end with its state as it was.
+TEST_F(ListTest, AnyTokensInAnyOrder) {
+    type *pt = derived("PT", {{"S", default_real()},
+                              {"C", default_character(4)},
+                              {"V", new_array_type(default_real(), 1)},
+                              {"N", nullptr}});
+    pt->derived.first_field->next->next->next->type = pt;
+    variable("Q", pt);
+    define_operator(".OP.");
+    static constexpr const char *pieces[] = {
+        "a",   "q",    "i",    "f(",    "q%",    "%",    "s",      "c", "v(",   "n%", "(",   "(",
+        ")",   ")",    ")",    "(/",    "/)",    ",",    ",",      ":", "::",   "=",  "==",  "i=1,3)",
+        "k=",  "*",    "**",   "/",     "//",    "+",    "-",      "1", "2.5",  "-3", "'x'", "'y'(",
+        "*10", ".op.", ".no.", ".not.", ".and.", "b'1'", ".true.", "?", "4hxx", "=>", ".",   "1.0_9"};
+    std::uint32_t seed = 12345;
+    const auto next = [&](std::uint32_t limit) {
+        seed = seed * 1664525U + 1013904223U;
+        return (seed >> 8) % limit;
+    };
+    std::string text;
+    constexpr int statements = 20000;
+    for (int i = 0; i < statements; ++i) {
+        std::string line;
+        for (std::uint32_t n = 1 + next(16); n > 0; --n) {
+            line += pieces[next(std::size(pieces))];
+            line += next(3) == 0 ? " " : "";
+        }
+        text += line.substr(0, 130) + "\n";
+    }
+    text += "end\n";
+    testing::internal::CaptureStderr();
+    scratch_directory::write("t.f90", text);
+    il_root.primary_source_file = nullptr;
+    lexer_init();
+    open_source_file("t.f90", include_search_list);
+    int count = 0;
+    for (; count < statements && next_statement(); ++count) {
+        expr_node *node = nullptr;
+        next_token(lex_signed);
+        switch (count % 3) {
+        case 0: parse_expression(node); break;
+        case 1: parse_element_list(parse_expression, node, false); break;
+        default: parse_element_list(parse_expression, node, true); break;
+        }
+        ASSERT_NE(node, nullptr);
+        expression_tree::list(node);
+        ASSERT_TRUE(std::all_of(stop_set.begin(), stop_set.end(), [](int n) { return n == 0; }));
+        ASSERT_EQ(implied_do_depth, -1);
+        while (curr_token != tok_eos || token_length != 0) {
+            next_token(lex_peek);
+        }
+    }
+    std::fflush(stderr);
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(count, statements);
+}
+
 // As deep as the longest statement allows.
 TEST_F(ParserTest, DepthCostsNoStack) {
     const auto deep = [&](const std::string &front, const std::string &back) {
