@@ -180,6 +180,14 @@ struct character_selectors {
         failed = true;
     }
 
+    // At an item that is neither KIND= nor LEN=.
+    void skip_other_specifier() {
+        if (curr_token >= tok_spec_access && curr_token <= tok_spec_unit) {
+            refuse(msg_invalid_specifier);
+            next_token(lex_signed);
+        }
+    }
+
     void read_first() {
         if (curr_token == tok_spec_kind) {
             next_token(lex_signed);
@@ -190,6 +198,7 @@ struct character_selectors {
             length_keyword = true;
             next_token(lex_signed);
         }
+        skip_other_specifier();
         read_length();
     }
 
@@ -207,9 +216,10 @@ struct character_selectors {
             next_token(lex_signed);
             read_length();
         } else {
-            if (kind) {
+            skip_other_specifier();
+            if (kind && !failed) {
                 refuse(msg_specifier_is_repeated);
-            } else if (length_keyword) {
+            } else if (length_keyword && !failed) {
                 refuse(msg_keyword_must_not_be_omitted_from_actual_argument);
             }
             read_kind();

@@ -26,34 +26,44 @@ control_search find_control(source_pos &position) {
     char *const saved_cursor = line_cursor;
     char *const saved_start = token_start;
     const source_pos saved_pos = curr_token_pos;
-    bool candidate = false;
+    char *name = nullptr;  // the last name outside of parentheses and behind the last comma
+    bool is_plain = false; // the last name anywhere is no component
     control_search result = control_search::missing;
-    for (;;) {
-        const int found = lookahead_find(tok_name, tok_assign, tok_comma);
-        if (found == 0) {
-            break;
-        }
-        if (found == 2) {
-            if (candidate) {
-                result = control_search::no_name;
+    int depth = 0;
+    for (bool done = false; !done;) {
+        const token_kind previous = curr_token;
+        switch (next_token(lex_peek)) {
+        case tok_lparen:
+        case tok_array_open: ++depth; break;
+        case tok_rparen:
+        case tok_array_close: done = depth-- == 0; break;
+        case tok_eos: done = true; break;
+        case tok_name:
+            is_plain = previous != tok_percent;
+            if (depth == 0 && is_plain) {
+                name = token_start;
+                position = curr_token_pos;
             }
             break;
-        }
-        if (found == 3) {
-            candidate = false;
-        } else if (!candidate) {
-            candidate = true;
-            position = curr_token_pos;
-            char *const name = token_start;
-            char *const behind_name = line_cursor;
-            if (next_token(lex_peek) == tok_assign) {
-                line_cursor = name;
-                next_token(0);
-                result = control_search::found;
-                break;
+        case tok_comma:
+            if (depth == 0) {
+                name = nullptr;
             }
-            line_cursor = behind_name;
+            break;
+        case tok_assign:
+            if (depth == 0) {
+                result = !name                              ? control_search::missing
+                         : previous == tok_name && is_plain ? control_search::found
+                                                            : control_search::no_name;
+                done = true;
+            }
+            break;
+        default: break;
         }
+    }
+    if (result == control_search::found) {
+        line_cursor = name;
+        next_token(0);
     }
     line_cursor = saved_cursor;
     token_start = saved_start;
@@ -231,6 +241,9 @@ expr_node *continue_implied_do(expr_node *value) {
         }
         if (!control_follows()) {
             return ask_for(part_element);
+        }
+        if (!loop.symbol) {
+            return abandon_implied_do(); // recovery from an error has passed an "="
         }
         begin_control(loop);
         return ask_for(part_initial);

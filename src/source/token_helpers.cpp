@@ -5,6 +5,13 @@ namespace zf90 {
 
 std::array<std::uint16_t, token_count> stop_set;
 
+static source_pos last_reported; // where the last syntax error was
+
+void token_helpers_init() {
+    stop_set.fill(0);
+    last_reported = null_pos;
+}
+
 stop_at::stop_at(std::initializer_list<token_kind> tokens) {
     for (token_kind token : tokens) {
         tokens_[count_++] = token;
@@ -42,8 +49,6 @@ std::uint32_t recovery_mode() {
     }
     return mode;
 }
-
-source_pos last_reported; // where the last syntax error was
 
 } // namespace
 

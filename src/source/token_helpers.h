@@ -13,6 +13,9 @@ namespace zf90 {
 // How many readers can go on at each token. The end of the statement always stops.
 extern std::array<std::uint16_t, token_count> stop_set;
 
+// Once at the start of a compilation. (lexer_init)
+void token_helpers_init();
+
 // Raises the counts of some tokens for the duration of a block.
 class stop_at {
 public:

@@ -8,6 +8,7 @@
 #include "source/keywords.h"
 #include "source/literals.h"
 #include "source/stepping.h"
+#include "source/token_helpers.h"
 
 #include <algorithm>
 #include <array>
@@ -404,6 +405,7 @@ void lexer_init() {
     source_files_init();
     stepping_init();
     literals_init();
+    token_helpers_init();
     lex_peeking = false;
     token_start = line_cursor;
     curr_token = tok_none;
