@@ -558,7 +558,9 @@ void convert_text(fold_value &value, type *target) {
     value.type = target;
 }
 
-void convert_integer_to_text(fold_value &value, type *target) {
+// A text that starts with the character of this code, and has the length of the target or, if that is not
+// constant, 1.
+void convert_code_to_text(fold_value &value, std::int32_t code, type *target) {
     if (target->character.length.kind != bound_constant) {
         target = character_type(target->kind, 1);
     }
@@ -567,7 +569,7 @@ void convert_integer_to_text(fold_value &value, type *target) {
     unsigned char *text = new_fold_text(value, length);
     std::fill(text, text + length, static_cast<unsigned char>(row.blank_char));
     if (length > 0) {
-        row.write_value(text, value.integer);
+        row.write_value(text, code);
     }
     value.type = target;
 }
@@ -592,8 +594,9 @@ void convert_value(fold_value &value, type *target) {
         convert_text(value, target);
         return;
     }
-    if (from == tk_integer && to == tk_fcharacter) {
-        convert_integer_to_text(value, target);
+    if (from != tk_void && to == tk_fcharacter) {
+        // The other values have no code, but what is a text must have one of its length.
+        convert_code_to_text(value, from == tk_integer ? value.integer : ' ', target);
         return;
     }
     if (from == tk_integer && (to == tk_float || to == tk_complex)) {

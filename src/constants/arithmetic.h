@@ -1,7 +1,8 @@
 // The arithmetic of constants, on the host for the target that the kind tables describe: the working form of
 // a value, checked operations on it, and the fold of one operator. Integers are signed 32 bits and reals are
-// doubles whatever their kind: a value is cut or rounded only when it is stored. Nothing here keeps state.
-// The primitives return the code of a message, or no_failure, and leave the reporting to their caller.
+// doubles whatever their kind: a value is cut or rounded only when it is stored. Nothing here keeps state,
+// but for the text of real_to_text. The primitives return the code of a message, or no_failure, and leave the
+// reporting to their caller.
 #pragma once
 
 #include "driver/diagnostics.h"

@@ -23,7 +23,8 @@ symbol *read_plain_entity(attribute_set set);
 
 // Reads a name with an array specification, which may be required, and required to have explicit bounds.
 // `next_mode` is for the token behind a name without one. Null if the attributes conflict, or after an error.
-symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_shape_only, std::uint32_t next_mode);
+symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_shape_only,
+                          std::uint32_t next_mode);
 
 // Reads "(", IN, OUT or INOUT, ")", and adds the intent to the set.
 bool read_intent_spec(attribute_set &set);

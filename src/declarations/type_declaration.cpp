@@ -29,15 +29,15 @@ void set_shape(attribute_set &set, const type *array) {
 // The type specifier, at its first keyword. False after a word that is none.
 bool read_type_spec() {
     switch (curr_token) {
-    case tok_kw_character: return read_type_character(lex_keyword);
-    case tok_kw_complex: return read_type_complex(lex_keyword);
-    case tok_kw_integer: return read_type_integer(lex_keyword);
-    case tok_kw_logical: return read_type_logical(lex_keyword);
-    case tok_kw_real: return read_type_real(lex_keyword);
-    case tok_kw_type: return read_type_derived(lex_keyword);
+    case tok_kw_character: return read_type_character(0);
+    case tok_kw_complex: return read_type_complex(0);
+    case tok_kw_integer: return read_type_integer(0);
+    case tok_kw_logical: return read_type_logical(0);
+    case tok_kw_real: return read_type_real(0);
+    case tok_kw_type: return read_type_derived(0);
     case tok_kw_in:
         if (next_token(lex_keyword) == tok_kw_teger) {
-            return read_type_integer(lex_keyword);
+            return read_type_integer(0);
         }
         break;
     case tok_kw_do:
@@ -51,7 +51,7 @@ bool read_type_spec() {
         [[fallthrough]];
     case tok_kw_doubleprecision:
         curr_type_spec = double_precision();
-        next_token(lex_keyword);
+        next_token(0);
         return true;
     default: break;
     }

@@ -32,14 +32,18 @@ bool has_own_bounds(const type *t) { return t->type_code == tk_farray && t->arra
 
 } // namespace
 
+const type *type_with_bounds_of(const type *t) {
+    if (t->type_code != tk_farray || t->array.shape_kind != same_shape) {
+        return has_own_bounds(t) ? t : nullptr;
+    }
+    const type *named = type_of_named(t->array.args);
+    // Who reads the bounds counts on the rank of `t`; another one is possible after an error.
+    return named && has_own_bounds(named) && named->array.rank == t->array.rank ? named : nullptr;
+}
+
 bound_info_entry *bounds_of_type(const type *t) {
-    if (t->type_code != tk_farray) {
-        return nullptr;
-    }
-    if (t->array.shape_kind == same_shape) {
-        t = type_of_named(t->array.args);
-    }
-    return t && has_own_bounds(t) ? t->array.bound : nullptr;
+    const type *owner = type_with_bounds_of(t);
+    return owner ? owner->array.bound : nullptr;
 }
 
 const bound &char_length_of_type(const type *t) {

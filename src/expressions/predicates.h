@@ -18,7 +18,11 @@ bool shapes_conform(const type *a, const type *b);
 bool param_lists_equal(const type *a, const type *b);
 
 // The bounds of an array type, through the expression that a `same_shape` refers to; null if it has none.
+// They are for the rank of the type.
 bound_info_entry *bounds_of_type(const type *t);
+
+// The type that has these bounds as its own, which is `t` itself or the type of what the expression names.
+const type *type_with_bounds_of(const type *t);
 
 // The length of a character type, through the expression of a `bound_same_as`.
 const bound &char_length_of_type(const type *t);

@@ -238,9 +238,21 @@ std::uint64_t mixed_bytes(std::uint64_t hash, const unsigned char *bytes, std::u
     return mixed(hash, rest);
 }
 
+// The type itself cannot take part: equal types may be different entries. But derived types of other names
+// are only equal as sequences of the same components.
+std::uint64_t mixed_type(std::uint64_t hash, const type *t) {
+    hash = mixed(hash, t->type_code + 256u * std::uint64_t{t->size});
+    if (t->type_code != tk_derived_type) {
+        return hash;
+    }
+    if (!t->derived.is_seq) {
+        return mixed_pointer(hash, t->source_corresp.name);
+    }
+    return t->derived.first_field ? mixed_pointer(hash, t->derived.first_field->source_corresp.name) : hash;
+}
+
 std::uint64_t mixed_without_elements(std::uint64_t hash, const constant *c) {
-    // The type itself cannot take part: equal types may be different entries.
-    hash = mixed(hash, c->repr_kind + 256u * c->type->type_code + 65536u * std::uint64_t{c->type->size});
+    hash = mixed_type(mixed(hash, c->repr_kind), c->type);
     switch (c->repr_kind) {
     case ck_value: return c->value.bytes ? mixed_bytes(hash, c->value.bytes, c->type->size) : hash;
     case ck_aggregate: return hash;
@@ -250,7 +262,6 @@ std::uint64_t mixed_without_elements(std::uint64_t hash, const constant *c) {
 
 // Aggregates may share their elements to any depth, so the walk stops after so many of them.
 constexpr unsigned hashed_elements = 4096;
-
 constexpr unsigned hashed_levels = 64;
 
 std::uint64_t fine_hash(const constant *c) {

@@ -358,50 +358,62 @@ void copy_type(const type *source, type *destination) {
 
 namespace {
 
-void array_too_large(const type *t) { error_at(msg_array_is_too_large, t->source_corresp.decl_position); }
+struct array_size {
+    std::uint32_t bytes; // 0: not known
+    bool too_large;      // beyond 32 bits; `bytes` is then the number of elements as far as it was counted
+};
 
-// A failure leaves the count so far as the size: the type is then no longer incomplete, and the error is not
-// reported again.
+array_size array_size_of(const bound_info_entry &info, unsigned rank, const type &element) {
+    constexpr std::uint64_t limit = std::numeric_limits<std::uint32_t>::max();
+    std::uint64_t count = 1;
+    for (unsigned i = 0; i < rank && count > 0; ++i) {
+        const bound &lower = info.bounds[i];
+        const bound &upper = info.bounds[rank + i];
+        if (lower.kind != bound_constant || upper.kind != bound_constant) {
+            return {0, false};
+        }
+        const std::uint64_t extent = constant_extent(lower, upper);
+        if (extent > limit / count) {
+            return {static_cast<std::uint32_t>(count), true};
+        }
+        count *= extent;
+    }
+    // An array of size zero has the room of one element.
+    const bool empty_text = element.type_code == tk_fcharacter &&
+                            element.character.length.kind == bound_constant &&
+                            element.character.length.value <= 0;
+    if (count == 0 || empty_text) {
+        count = 1;
+    }
+    if (count > limit / element.size) {
+        return {static_cast<std::uint32_t>(count), true};
+    }
+    return {static_cast<std::uint32_t>(count * element.size), false};
+}
+
+bool is_too_large(const type *array) {
+    const type *element = array->array.element_type;
+    return element && element->size != 0 &&
+           array_size_of(*array->array.bound, array->array.rank, *element).too_large;
+}
+
 void complete_array(type *t) {
     const type *element = t->array.element_type;
     if (!element || element->size == 0) {
         return;
     }
     t->alignment = element->alignment;
-    const bound_info_entry *info = bounds_of_type(t);
-    if (!info) {
+    const type *owner = type_with_bounds_of(t);
+    if (!owner) {
         return;
     }
-    const unsigned rank = t->array.rank;
-    constexpr std::uint64_t limit = std::numeric_limits<std::uint32_t>::max();
-    std::uint64_t count = 1;
-    for (unsigned i = 0; i < rank && count > 0; ++i) {
-        const bound &lower = info->bounds[i];
-        const bound &upper = info->bounds[rank + i];
-        if (lower.kind != bound_constant || upper.kind != bound_constant) {
-            return;
-        }
-        const std::uint64_t extent = constant_extent(lower, upper);
-        if (extent > limit / count) {
-            array_too_large(t);
-            t->size = static_cast<std::uint32_t>(count);
-            return;
-        }
-        count *= extent;
+    const array_size size = array_size_of(*owner->array.bound, t->array.rank, *element);
+    // An array that is too large is reported once, not again for each expression of its shape. The type is no
+    // longer incomplete from now on.
+    if (size.too_large && (owner == t || !is_too_large(owner))) {
+        error_at(msg_array_is_too_large, t->source_corresp.decl_position);
     }
-    // An array of size zero has the room of one element.
-    const bool empty_text = element->type_code == tk_fcharacter &&
-                            element->character.length.kind == bound_constant &&
-                            element->character.length.value <= 0;
-    if (count == 0 || empty_text) {
-        count = 1;
-    }
-    if (count > limit / element->size) {
-        array_too_large(t);
-        t->size = static_cast<std::uint32_t>(count);
-        return;
-    }
-    t->size = static_cast<std::uint32_t>(count * element->size);
+    t->size = size.bytes;
 }
 
 void complete_character(type *t) {

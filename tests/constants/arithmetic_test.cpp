@@ -248,6 +248,9 @@ TEST(complex_primitives, operations) {
     EXPECT_EQ(complex_mul(z, z, z), no_failure) << "the operands may be the result";
     EXPECT_EQ(z.real, 12);
     EXPECT_EQ(z.imaginary, 16);
+    EXPECT_EQ(complex_mul({0.1, 0.3}, {0.1, -0.3}, z), no_failure);
+    EXPECT_EQ(z.imaginary, 0) << "each product is rounded before the sum";
+    z = {12, 16};
     EXPECT_EQ(complex_div(z, {4, 2}, z), no_failure);
     EXPECT_EQ(z.real, 4);
     EXPECT_EQ(z.imaginary, 2);
@@ -398,9 +401,13 @@ TEST_F(arithmetic, positions) {
 TEST_F(arithmetic, storing_and_reading_aggregates) {
     fold_value value = new_fold_value(ck_aggregate);
     value.type = new_array_type(default_integer(), 1);
-    append_to_fold_value(value, store_fold_value(integer(1)));
-    append_to_fold_value(value, store_fold_value(integer(2)));
-    EXPECT_EQ(value.first_constant->next, value.last_constant);
+    constant *elements[] = {store_fold_value(integer(1)), store_fold_value(integer(2))};
+    for (constant *element : elements) {
+        append_to_fold_value(value, element);
+    }
+    EXPECT_EQ(value.first_constant, elements[0]);
+    EXPECT_EQ(elements[0]->next, elements[1]);
+    EXPECT_EQ(value.last_constant, elements[1]);
     const constant *c = store_fold_value(value);
     EXPECT_EQ(c->repr_kind, ck_aggregate);
     EXPECT_EQ(c->aggregate.first_constant, value.first_constant);
@@ -721,6 +728,12 @@ TEST_F(arithmetic, text_conversions) {
     EXPECT_EQ(converted(text("AB"), default_integer()).integer, 65);
     EXPECT_EQ(converted(text("\xff"), default_integer()).integer, -1);
     EXPECT_EQ(converted(text(""), default_integer()).integer, 0);
+
+    // No value of a text type is without a text of that length.
+    const fold_value others[] = {logical(65), real(65), complex(65, 66)};
+    for (const fold_value &other : others) {
+        EXPECT_EQ(text_of(again(converted(other, character_type(0, 50)))), std::string(50, ' '));
+    }
 
     EXPECT_EQ(text_of(converted(text("abc"), character_type(0, 2))), "ab");
     EXPECT_EQ(text_of(converted(text("abc"), character_type(0, 3))), "abc");

@@ -561,9 +561,10 @@ TEST_F(UnitsTest, AnEntryOfAModuleProcedure) {
 
 TEST_F(UnitsTest, EntryInAnInternalProcedure) {
     // The statement loop refuses it for both; here it is an error for a subroutine only.
-    for (const auto &[text, message] :
+    for (const auto &[unit, message] :
          {std::pair{"subroutine s\n", "t.f90 (  1: 7) error:   ENTRY statement is not allowed\n"},
           {"function f()\n", ""}}) {
+        const char *const text = unit;
         SetUp();
         const std::string messages = messages_of([&] {
             begin_construct_state();

@@ -162,6 +162,9 @@ TEST_F(predicates, bounds_through_expressions) {
     EXPECT_EQ(bounds_of_type(same_shape_as(default_real(), 1, new_expr_node(enk_call))), nullptr);
     EXPECT_EQ(bounds_of_type(same_shape_as(default_real(), 1, node_of(error_type()))), nullptr);
     EXPECT_EQ(bounds_of_type(same_shape_as(default_real(), 1, nullptr)), nullptr);
+    EXPECT_EQ(bounds_of_type(same_shape_as(default_real(), 2, node)), nullptr) << "of another rank";
+    EXPECT_TRUE(
+        shapes_conform(same_shape_as(default_real(), 2, node), array_of(default_real(), {{1, 2}, {1, 3}})));
     type *spread = same_shape_as(default_real(), 1, node);
     spread->array.shape_kind = add_dimension;
     EXPECT_EQ(bounds_of_type(spread), nullptr);
@@ -260,7 +263,10 @@ TEST_F(predicates, routines) {
 
     EXPECT_TRUE(param_lists_equal(base, routine(default_integer(), {{x, real}})));
     EXPECT_FALSE(param_lists_equal(base, routine(real, {{y, real}})));
-    EXPECT_FALSE(param_lists_equal(base, routine(real, {{x, default_integer()}})));
+    type *of_integer = routine(real, {{x, default_integer()}});
+    EXPECT_FALSE(param_lists_equal(base, of_integer));
+    EXPECT_FALSE(param_lists_equal(base, of_integer)) << "the answer is found anew each time";
+    EXPECT_FALSE(equal_both_ways(base, routine(real, {{x, nullptr}}))) << "no type yet";
     EXPECT_FALSE(param_lists_equal(base, routine(real, {}, false)));
 }
 

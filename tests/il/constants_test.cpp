@@ -437,6 +437,7 @@ TEST_F(constants, derived_type_constants_stay_with_their_scope) {
     }
     constant *present = structure(2);
     p.scopes[1]->constants = present;
+    nodes[11]->constant->next = present; // forgotten when it goes on the list
     p.merge();
     using list = std::vector<constant *>;
     EXPECT_EQ(program::list(p.scopes[0]),
@@ -520,6 +521,32 @@ TEST_F(constants, the_order_is_that_of_plain_chains) {
     }
     p.merge();
     EXPECT_EQ(p.merged(), plain.merged());
+}
+
+TEST_F(constants, merging_is_linear_in_the_number_of_types) {
+    // The same value of a hundred thousand types, half of them with differently named components.
+    program p;
+    p.add_unit();
+    const unsigned types = 100000;
+    for (unsigned i = 0; i < types; ++i) {
+        type *t = new_type(tk_derived_type);
+        t->size = 4;
+        atom *name = il_new<atom>();
+        if (i % 2 == 0) {
+            t->source_corresp.name = name;
+        } else {
+            t->derived.is_seq = true;
+            t->derived.first_field = new_object();
+            t->derived.first_field->source_corresp.name = name;
+            t->derived.first_field->type = default_integer();
+        }
+        p.use(aggregate(t, {integer(1)}));
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    p.merge();
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - begin;
+    EXPECT_EQ(program::list(p.scopes[0]).size(), types);
+    EXPECT_LT(time.count(), 10);
 }
 
 TEST_F(constants, merging_is_linear) {

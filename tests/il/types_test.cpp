@@ -421,7 +421,9 @@ TEST_F(types, arrays_that_stay_incomplete) {
     assumed->array.bound->bounds[3].kind = bound_assumed;
     EXPECT_EQ(size_of(assumed), 0u);
     type *expression = array_of(default_real(), {{1, 5}});
-    set_expression_bound(expression->array.bound->bounds[0], new_error_node());
+    expr_node *node = new_error_node();
+    set_expression_bound(expression->array.bound->bounds[0], node);
+    EXPECT_EQ(expression->array.bound->bounds[0].expr, node);
     EXPECT_EQ(size_of(expression), 0u);
     type *of_incomplete = array_of(assumed_character_type(0), {{1, 5}});
     EXPECT_EQ(size_of(of_incomplete), 0u);
@@ -472,6 +474,27 @@ TEST_F(types, arrays_that_are_too_large) {
     EXPECT_EQ(errors_of(array_of(logical_type(0), {{1, 65536}, {1, 65536}, {1, 0}})), 1u);
     EXPECT_EQ(errors_of(array_of(logical_type(0), {{1, 0}, {1, 65536}, {1, 65536}})), 0u);
     EXPECT_EQ(errors_of(array_of(character_type(0, 0), {{1, 65536}, {1, 65536}})), 1u);
+}
+
+TEST_F(types, an_array_that_is_too_large_is_reported_once_for_all_its_uses) {
+    const auto shaped_like = [](type *declared, type *element) {
+        expr_node *node = new_expr_node(enk_object);
+        node->object = new_object();
+        node->object->type = declared;
+        type *t = new_type(tk_farray);
+        t->array.element_type = element;
+        t->array.rank = 1;
+        t->array.shape_kind = same_shape;
+        t->array.args = node;
+        return t;
+    };
+    type *too_large = array_of(default_real(), {{1, 1073741824}});
+    EXPECT_EQ(errors_of(too_large), 1u);
+    EXPECT_EQ(errors_of(shaped_like(too_large, default_real())), 0u);
+    EXPECT_EQ(errors_of(shaped_like(too_large, double_precision())), 0u);
+    type *fits = array_of(default_real(), {{1, 536870912}});
+    EXPECT_EQ(errors_of(fits), 0u);
+    EXPECT_EQ(errors_of(shaped_like(fits, double_precision())), 1u) << "only with the longer elements";
 }
 
 TEST_F(types, same_shape_follows_the_expression) {

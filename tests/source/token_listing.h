@@ -54,8 +54,9 @@ inline std::string literal_value_text() {
     if (!has_value(v)) {
         return "error";
     }
-    const auto with_kind = [&v](const std::string &value, const char *type_class) {
-        return value + " " + type_class + std::to_string(v.type->kind);
+    const std::uint32_t kind = v.type->kind;
+    const auto with_kind = [kind](const std::string &value, const char *type_class) {
+        return value + " " + type_class + std::to_string(kind);
     };
     char buffer[40];
     switch (v.type->type_code) {
