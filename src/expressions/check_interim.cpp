@@ -3,6 +3,7 @@
 #include "constants/folding.h"
 #include "declarations/derived_types.h"
 #include "declarations/scopes.h"
+#include "driver/options.h"
 #include "expressions/check.h"
 #include "il/constants.h"
 #include "il/entries.h"
@@ -65,11 +66,11 @@ bool fold_expression(expr_node *node, fold_value &value, bool must_fold) {
     if (node->node_kind == enk_constant) {
         c = node->constant;
     } else if (node->node_kind == enk_object && node->object->is_constant) {
-        c = node->object->variant.initializer;
-        if (c && c->repr_kind == ck_expression && !c->value.bytes && c->value.expr) {
-            return check_expression(c->value.expr, ECF_INIT, nullptr) &&
-                   fold_expression(c->value.expr, value, must_fold);
+        constant *const initial = node->object->variant.initializer;
+        if (initial && !check_initializer(initial)) {
+            return false;
         }
+        c = initial;
     }
     if (c) {
         read_constant(c, value);
@@ -81,6 +82,27 @@ bool fold_expression(expr_node *node, fold_value &value, bool must_fold) {
         return true;
     }
     return false;
+}
+
+bool check_initializer(constant *value) {
+    if (value->repr_kind != ck_expression || value->value.bytes || !value->value.expr) {
+        return value->repr_kind != ck_error;
+    }
+    expr_node *const tree = value->value.expr;
+    fold_value folded;
+    if (!check_expression(tree, ECF_INIT, nullptr) || !fold_expression(tree, folded, true) ||
+        !has_value(folded)) {
+        set_constant_repr(value, ck_error);
+        value->type = error_type();
+        return false;
+    }
+    const constant *const c = store_fold_value(folded);
+    if (!retain_constant_exprs) {
+        set_constant_repr(value, ck_value);
+    }
+    value->type = c->type;
+    value->value.bytes = c->value.bytes;
+    return true;
 }
 
 symbol *use_derived_type(symbol *s, name_locator &name) {

@@ -1,7 +1,7 @@
 // Literals: the states of the tokenizer that scan them, and the conversion of their text.
 #include "source/literals.h"
 
-#include "constants/arithmetic.h"
+#include "constants/folding.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "driver/options.h"
@@ -22,13 +22,13 @@ namespace {
 
 // Marks into `token_text`, of the literal being scanned.
 struct literal_marks {
-    char *number;     // its first digit or its period
-    char *number_end; // of an integer
+    char *num_begin;  // its first digit or its period
+    char *num_end;    // behind its digits, exponent included
     char *exponent;   // the letter, or null
-    char *kind;       // the first character of the kind, or null
+    char *kind_begin; // the first character of the kind, or null
     char *kind_end;   // behind its last one
     bool kind_is_number;
-    char *string; // the opening quote
+    char *string_begin; // the opening quote
 };
 
 literal_marks marks;
@@ -71,19 +71,20 @@ void set_value(struct type *type) {
 
 // The value of the constant that the kind's name stands for; false if it stands for none.
 bool named_kind(std::int32_t &value) {
-    atom *name;
-    symbol *const first =
-        intern_name(marks.kind, static_cast<std::size_t>(marks.kind_end - marks.kind), name);
-    const symbol *const s = lookup_resolved(first, curr_scope_depth);
+    const atom *const name =
+        find_atom(marks.kind_begin, static_cast<std::size_t>(marks.kind_end - marks.kind_begin));
+    const symbol *const s = name ? lookup_resolved(name->first_symbol, curr_scope_depth) : nullptr;
     if (!s || s->kind != sk_variable || !s->entity) {
         return false;
     }
     const object *const o = entity_as<object>(s);
-    if (!o->is_constant || !o->type || o->type->type_code != tk_integer || !o->variant.initializer) {
+    constant *const initial = o->variant.initializer;
+    if (!o->is_constant || !o->type || o->type->type_code != tk_integer || !initial ||
+        !check_initializer(initial) || initial->type->type_code != tk_integer) {
         return false;
     }
     fold_value known = new_fold_value(ck_error);
-    read_constant(o->variant.initializer, known);
+    read_constant(initial, known);
     value = known.integer;
     return has_value(known);
 }
@@ -102,12 +103,12 @@ bool literal_kind(std::int32_t &number) {
         }
         return true;
     }
-    if (*marks.kind == '-') {
+    if (*marks.kind_begin == '-') {
         bad_value(msg_negative_type_kind_parameter_value);
         return false;
     }
     std::int64_t value = 0;
-    for (const char *p = marks.kind; p < marks.kind_end; ++p) {
+    for (const char *p = marks.kind_begin; p < marks.kind_end; ++p) {
         value = value * 10 + (*p - '0');
         if (value > INT32_MAX) {
             bad_value(msg_kind_constant_is_too_large);
@@ -121,7 +122,7 @@ bool literal_kind(std::int32_t &number) {
 // The type of a literal whose class has these two functions. Null, with the message given, for a bad kind.
 template <class DefaultType, class TypeOfKind>
 type *literal_type(DefaultType default_type, TypeOfKind type_of_kind_number) {
-    if (!marks.kind) {
+    if (!marks.kind_begin) {
         return default_type();
     }
     std::int32_t number = 0;
@@ -146,7 +147,7 @@ void convert_integer() {
     }
     bool too_large = false;
     std::uint32_t value = 0;
-    for (const char *p = marks.number; p < marks.number_end && !too_large; ++p) {
+    for (const char *p = marks.num_begin; p < marks.num_end && !too_large; ++p) {
         const std::uint64_t next = std::uint64_t{value} * 10 + static_cast<std::uint64_t>(*p - '0');
         too_large = next > UINT32_MAX;
         value = static_cast<std::uint32_t>(next);
@@ -164,7 +165,7 @@ void convert_integer() {
 
 void convert_real() {
     const bool is_double = marks.exponent && *marks.exponent == 'D';
-    if (is_double && marks.kind) {
+    if (is_double && marks.kind_begin) {
         bad_value(msg_exponent_letter_is_not_e_while_type_kind);
         return;
     }
@@ -173,16 +174,16 @@ void convert_real() {
         return;
     }
     // The text is digits with a period and an exponent: nothing else that strtod knows can come up.
-    const char saved_end = *marks.number_end;
-    *marks.number_end = '\0';
+    const char saved_end = *marks.num_end;
+    *marks.num_end = '\0';
     if (is_double) {
         *marks.exponent = 'E';
     }
-    const double value = std::strtod(marks.number, nullptr);
+    const double value = std::strtod(marks.num_begin, nullptr);
     if (is_double) {
         *marks.exponent = 'D';
     }
-    *marks.number_end = saved_end;
+    *marks.num_end = saved_end;
     if (std::isinf(value)) {
         bad_value(msg_floating_constant_is_out_of_range);
         return;
@@ -201,8 +202,8 @@ void convert_logical() {
 }
 
 void convert_string() {
-    const char delimiter = *marks.string;
-    const char *const begin = marks.string + 1;
+    const char delimiter = *marks.string_begin;
+    const char *const begin = marks.string_begin + 1;
     const char *const end = text_end - 1;
     const auto delimiters = static_cast<std::int32_t>(std::count(begin, end, delimiter));
     const std::int32_t length = static_cast<std::int32_t>(end - begin) - delimiters / 2;
@@ -290,7 +291,7 @@ bool take_digits() {
 // Takes an underscore and the name or number behind it. False, at the character in their place, without one.
 bool take_kind() {
     take_character();
-    marks.kind = text_end;
+    marks.kind_begin = text_end;
     if (take_digits()) {
         marks.kind_is_number = true;
     } else if (is_letter(class_of(*line_cursor))) {
@@ -311,7 +312,7 @@ token_kind finish_integer() {
 
 // Behind the digits of a real.
 token_kind finish_real(std::uint32_t mode) {
-    marks.number_end = text_end;
+    marks.num_end = text_end;
     if (class_of(*line_cursor) == cc_underscore && !(mode & lex_no_kind_suffix) && !take_kind()) {
         return bad_form(tok_real, msg_invalid_real_constant);
     }
@@ -360,7 +361,7 @@ void take_string_text(char delimiter) {
 // At the opening quote. A quote that comes twice is one character; the second may stand apart in fixed form.
 token_kind scan_quoted() {
     const char delimiter = *line_cursor;
-    marks.string = text_end;
+    marks.string_begin = text_end;
     do {
         put_in_text(delimiter);
         step_in_string();
@@ -384,7 +385,7 @@ token_kind scan_integer_kind() {
     }
     if (is_string_quote(class_of(*line_cursor))) {
         marks.kind_is_number = true;
-        marks.kind = token_text;
+        marks.kind_begin = token_text;
         marks.kind_end = digits_end;
         return scan_quoted();
     }
@@ -436,7 +437,7 @@ token_kind finish_label() {
 // At the H behind the count. The text is taken as it stands, and has no value but the one in `token_text`.
 token_kind scan_hollerith() {
     int count = 0;
-    for (const char *p = marks.number; p < text_end && count < stmt_buffer_size; ++p) {
+    for (const char *p = marks.num_begin; p < text_end && count < stmt_buffer_size; ++p) {
         count = std::min(count * 10 + (*p - '0'), stmt_buffer_size);
     }
     put_in_text(*line_cursor);
@@ -468,7 +469,7 @@ void literals_init() {
 
 token_kind scan_digits(std::uint32_t mode) {
     marks = {};
-    marks.number = text_end;
+    marks.num_begin = text_end;
     take_digits();
     // A label ends where its digits do, whatever letter follows: DO 10 D1 = 1, 5.
     const bool digits_only = (mode & (lex_plain_digits | lex_label)) != 0;
@@ -485,7 +486,7 @@ token_kind scan_digits(std::uint32_t mode) {
         break;
     case cc_underscore:
         if (!(mode & (lex_label | lex_no_kind_suffix))) {
-            marks.number_end = text_end;
+            marks.num_end = text_end;
             return scan_integer_kind();
         }
         break;
@@ -497,19 +498,21 @@ token_kind scan_digits(std::uint32_t mode) {
         break;
     default: break;
     }
-    if (is_letter(class_of(*line_cursor)) && !lex_peeking && !fixed_form_input && !(mode & lex_letter)) {
+    // An H where no Hollerith constant is wanted ends the number without a word.
+    const char_class_code next = class_of(*line_cursor);
+    if (is_letter(next) && next != cc_h && !lex_peeking && !fixed_form_input && !(mode & lex_letter)) {
         warning_at(msg_expected_blank_as_separator, position_of_cursor(line_cursor));
     }
     if (mode & lex_label) {
         return finish_label();
     }
-    marks.number_end = text_end;
+    marks.num_end = text_end;
     return finish_integer();
 }
 
 token_kind scan_fraction(std::uint32_t mode) {
     marks = {};
-    marks.number = text_end - 1;
+    marks.num_begin = text_end - 1;
     return scan_fraction_digits(mode);
 }
 
@@ -520,7 +523,7 @@ token_kind scan_string() {
 
 token_kind scan_string_of_kind(char *kind_end) {
     marks = {};
-    marks.kind = token_text;
+    marks.kind_begin = token_text;
     marks.kind_end = kind_end;
     return scan_quoted();
 }

@@ -41,9 +41,6 @@ void note_tab() {
 
 // At a blank or tab: past it and the blanks behind it.
 void skip_blanks() {
-    if (*line_cursor == '\t') {
-        note_tab();
-    }
     do {
         ++line_cursor;
     } while (*line_cursor == ' ');
@@ -67,8 +64,8 @@ void stepping_init() {
 void skip_between_tokens() {
     for (;;) {
         switch (*line_cursor) {
-        case ' ':
-        case '\t': skip_blanks(); break;
+        case '\t': note_tab(); [[fallthrough]];
+        case ' ': skip_blanks(); break;
         case '!': skip_comment(); break;
         case '\0':
             if (!fixed_form_input || !next_segment()) {

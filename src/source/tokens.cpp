@@ -25,26 +25,20 @@ name_locator curr_name;
 
 namespace {
 
-// The spelling by which an operator token is known, whichever way it was written, and its atom on first use.
-struct operator_sign {
-    const char *spelling;
-    struct atom *atom;
-};
-
-operator_sign operator_signs[] = {
-#define OPERATOR(code, spelling, name) {spelling, nullptr},
+// The spelling by which an operator token is known, whichever way it was written, and its atom.
+constexpr const char *operator_spellings[] = {
+#define OPERATOR(code, spelling, name) spelling,
 #include "source/keywords.def"
 };
-static_assert(std::size(operator_signs) == last_operator_token - first_operator_token + 1);
+constexpr std::size_t operator_count = std::size(operator_spellings);
+static_assert(operator_count == last_operator_token - first_operator_token + 1);
+
+atom *operator_atoms[operator_count];
 
 token_kind operator_token(token_kind token) {
     curr_name.position = curr_token_pos;
     if (!lex_peeking) {
-        operator_sign &sign = operator_signs[token - first_operator_token];
-        if (!sign.atom) {
-            intern_name(sign.spelling, sign.atom);
-        }
-        curr_name.atom = sign.atom;
+        curr_name.atom = operator_atoms[token - first_operator_token];
     }
     return token;
 }
@@ -203,9 +197,11 @@ token_kind scan_dotted(std::uint32_t mode) {
     return token == tok_defined_op ? name_token(token) : operator_token(token);
 }
 
-// Behind a "-" that a number may follow.
+// Behind a "-" that a number may follow, on the same line in free form.
 token_kind scan_signed(std::uint32_t mode) {
-    skip_between_tokens();
+    while (class_of(*line_cursor) == cc_blank) {
+        step_in_token();
+    }
     if (class_of(*line_cursor) == cc_digit) {
         return scan_digits(mode);
     }
@@ -414,8 +410,8 @@ void lexer_init() {
     token_text[0] = '\0';
     token_length = 0;
     curr_name = {};
-    for (operator_sign &sign : operator_signs) {
-        sign.atom = nullptr;
+    for (std::size_t i = 0; i < operator_count; ++i) {
+        intern_name(operator_spellings[i], operator_atoms[i]);
     }
 }
 

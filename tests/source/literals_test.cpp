@@ -199,6 +199,44 @@ TEST_F(LiteralsTest, NamedKinds) {
     EXPECT_EQ(messages_of([] { first("1_neg", lex_peek); }), "");
 }
 
+TEST_F(LiteralsTest, NamedKindsOfTheHost) {
+    scopes_init();
+    push_scope(sr_global);
+    push_scope(sr_unit);
+    declare_constant("K1", default_integer(), make_integer_constant(1, default_integer()));
+    declare_constant("K2", default_integer(), make_integer_constant(2, default_integer()));
+    push_scope(sr_unit);
+    declare_constant("K2", default_integer(), make_integer_constant(1, default_integer()));
+    first("12_k1");
+    EXPECT_EQ(curr_constant.type, integer_type(0));
+    EXPECT_EQ(string("k1_'abc'"), "abc");
+    first("12_k2");
+    EXPECT_EQ(curr_constant.type, integer_type(0));
+    atom *name;
+    EXPECT_TRUE(intern_name("K1", name)->flags & sf_referenced);
+}
+
+// The value of a named constant is a tree until it is asked for.
+TEST_F(LiteralsTest, NamedKindsWithATreeForAValue) {
+    scopes_init();
+    push_scope(sr_global);
+    push_scope(sr_unit);
+    constant *const tree = new_constant();
+    set_constant_repr(tree, ck_expression);
+    tree->value.expr = new_integer_constant_node(1, default_integer());
+    declare_constant("K", default_integer(), tree);
+    first("12_k");
+    EXPECT_EQ(curr_constant.type, integer_type(0));
+    EXPECT_EQ(curr_constant.integer, 12);
+    first("12_k");
+    EXPECT_EQ(curr_constant.type, integer_type(0));
+}
+
+TEST_F(LiteralsTest, UnknownKindsMakeNoAtom) {
+    messages_of([] { first("12_nosuchkind"); });
+    EXPECT_EQ(find_atom("NOSUCHKIND", 10), nullptr);
+}
+
 TEST_F(LiteralsTest, NamedKindsWithCase) {
     scopes_init();
     push_scope(sr_global);

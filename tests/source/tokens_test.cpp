@@ -361,6 +361,46 @@ TEST_F(TokensTest, LookaheadByTokens) {
     EXPECT_EQ(lookahead_find(tok_arrow, tok_none, tok_none), 0);
 }
 
+// What the search by characters finds is what a search by tokens finds, which a third token brings about.
+TEST_F(TokensTest, BothWaysOfLookingAheadAgree) {
+    std::mt19937 random(5);
+    const std::string alphabet = "abde01.()(),,:=/<>*+- ;%&_!\t";
+    const auto add = [&](std::string &text, int count) {
+        while (count-- > 0) {
+            const char c = alphabet[random() % alphabet.size()];
+            const bool twins = c == '=' && (text.ends_with("(/") || text.ends_with("//"));
+            text += twins ? ' ' : c; // "(/=" and "//=" are nothing, whichever way they are read
+        }
+    };
+    std::string text;
+    for (int i = 0; i < 2000; ++i) {
+        const bool fixed_form = i < 1000;
+        text += fixed_form ? "      " : "";
+        add(text, 24);
+        text += fixed_form ? "\n     1" : "&\n &";
+        add(text, 12);
+        text += '\n';
+        if (i % 1000 != 999) {
+            continue;
+        }
+        restart_front_end(fixed_form);
+        messages_of([&] {
+            open_anew(text);
+            while (next_statement()) {
+                char *const begin = line_cursor;
+                const int found = lookahead_find(tok_assign, tok_comma);
+                line_cursor = begin;
+                EXPECT_EQ(lookahead_find(tok_assign, tok_comma, tok_letter), found) << stmt_buffer;
+                line_cursor = begin;
+                const int colon = lookahead_find(tok_colon);
+                line_cursor = begin;
+                EXPECT_EQ(lookahead_find(tok_colon, tok_letter), colon) << stmt_buffer;
+            }
+        });
+        text.clear();
+    }
+}
+
 TEST_F(TokensTest, LookaheadAtDepthRestores) {
     start("x (1.0, 'h') + y");
     next_token(0);
@@ -468,6 +508,15 @@ TEST_F(TokensTest, TabsAreReportedOnceAndNotWhilePeeking) {
     use_strict_f77(false);
     EXPECT_EQ(messages("A =\tB\tC"), warning_text(1, 4, msg_tab_character_is_not_standard_fortran_77));
     EXPECT_EQ(messages("A =\tB\tC", {lex_peek}), "");
+}
+
+// Within a token of fixed form, to which the blanks behind it belong, a tab is passed over like a blank.
+TEST_F(TokensTest, TabsInFixedForm) {
+    use_strict_f77(true);
+    const std::string short_line = warning_text(1, 0, msg_lines_less_than_72_columns_long_are_not_standard);
+    EXPECT_EQ(messages("      A\t=\tB", {lex_keyword}), short_line);
+    EXPECT_EQ(messages("      DO\t10", {lex_keyword}),
+              short_line + warning_text(1, 9, msg_tab_character_is_not_standard_fortran_77));
 }
 
 TEST_F(TokensTest, CommentsBehindStatementsAreReportedOnce) {

@@ -5,8 +5,7 @@
 //
 // -F, -A, -U  as of the compiler: fixed form, strict FORTRAN 77, names with case
 // -m MODE     mode bits by name, as in keyword,signed, or a number; a second -m is the mode of the second
-// token of
-//             each statement, and so on; the last one holds for the rest
+//             token of each statement, and so on; the last one holds for the rest
 #include "../source/token_listing.h"
 
 #include "driver/driver.h"
