@@ -80,7 +80,8 @@ type *outer_type(const atom *name) {
     while (s && s->kind == sk_host_link) {
         s = entity_as<symbol>(s);
     }
-    return s && (s->flags & sf_typed) ? type_of_symbol(s) : nullptr;
+    type *t = s && (s->flags & sf_typed) ? type_of_symbol(s) : nullptr;
+    return t && t->type_code != tk_routine ? element_type_of(t) : nullptr;
 }
 
 symbol *new_control_variable() {
@@ -88,7 +89,7 @@ symbol *new_control_variable() {
     symbol *s = push_implied_do_variable(curr_name);
     s->flags |= sf_implied_do;
     if (outer) {
-        s->entity = element_type_of(outer);
+        s->entity = outer;
         s->flags |= sf_typed;
     }
     return s;
