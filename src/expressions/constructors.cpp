@@ -14,62 +14,60 @@ namespace {
 // How many array constructors are open: an implied DO within one has a variable of its own.
 int ac_nesting_depth;
 
-bool at_implied_do() { return curr_token == tok_lparen && lookahead_find_at_depth(tok_assign, false); }
+bool at_implied_do() { return curr_token == tok_lparen && group_has(tok_assign); }
 
 // ---- the variable of an implied DO
 
 enum class control_search : std::uint8_t { found, missing, no_name };
 
-// Looks ahead from "(" for the name and "=" that control it. The name becomes `curr_name`; the position is
-// that of the name, or of what stands in its place. Everything else is as before.
-control_search find_control(source_pos &position) {
-    char *const saved_cursor = line_cursor;
-    char *const saved_start = token_start;
-    const source_pos saved_pos = curr_token_pos;
-    char *name = nullptr;  // the last name outside of parentheses and behind the last comma
-    bool is_plain = false; // the last name anywhere is no component
+// Looks ahead from "(" for the name and "=" that control it. The name becomes `curr_name`; without one, its
+// position is that of what stands in its place.
+control_search find_control() {
+    name_locator name{};
     control_search result = control_search::missing;
-    int depth = 0;
-    for (bool done = false; !done;) {
-        const token_kind previous = curr_token;
-        switch (next_token(lex_peek)) {
-        case tok_lparen:
-        case tok_array_open: ++depth; break;
-        case tok_rparen:
-        case tok_array_close: done = depth-- == 0; break;
-        case tok_eos: done = true; break;
-        case tok_name:
-            is_plain = previous != tok_percent;
-            if (depth == 0 && is_plain) {
-                name = token_start;
-                position = curr_token_pos;
+    {
+        const saved_place here;
+        char *name_start = nullptr; // of the last name outside of parentheses and behind the last comma
+        bool is_plain = false;      // the last name anywhere is no component
+        int depth = 0;
+        for (bool done = false; !done;) {
+            const token_kind previous = curr_token;
+            switch (next_token(lex_peek)) {
+            case tok_lparen:
+            case tok_array_open: ++depth; break;
+            case tok_rparen:
+            case tok_array_close: done = depth-- == 0; break;
+            case tok_eos: done = true; break;
+            case tok_name:
+                is_plain = previous != tok_percent;
+                if (depth == 0 && is_plain) {
+                    name_start = token_start;
+                    name.position = curr_token_pos;
+                }
+                break;
+            case tok_comma:
+                if (depth == 0) {
+                    name_start = nullptr;
+                }
+                break;
+            case tok_assign:
+                if (depth == 0) {
+                    result = !name_start                        ? control_search::missing
+                             : previous == tok_name && is_plain ? control_search::found
+                                                                : control_search::no_name;
+                    done = true;
+                }
+                break;
+            default: break;
             }
-            break;
-        case tok_comma:
-            if (depth == 0) {
-                name = nullptr;
-            }
-            break;
-        case tok_assign:
-            if (depth == 0) {
-                result = !name                              ? control_search::missing
-                         : previous == tok_name && is_plain ? control_search::found
-                                                            : control_search::no_name;
-                done = true;
-            }
-            break;
-        default: break;
+        }
+        if (result == control_search::found) {
+            line_cursor = name_start;
+            next_token(0);
+            name.atom = curr_name.atom;
         }
     }
-    if (result == control_search::found) {
-        line_cursor = name;
-        next_token(0);
-    }
-    line_cursor = saved_cursor;
-    token_start = saved_start;
-    curr_token = tok_lparen;
-    curr_token_pos = saved_pos;
-    error_pos = saved_pos;
+    curr_name = name;
     return result;
 }
 
@@ -82,7 +80,8 @@ type *outer_type(const atom *name) {
     while (s && s->kind == sk_host_link) {
         s = entity_as<symbol>(s);
     }
-    return s && (s->flags & sf_typed) ? type_of_symbol(s) : nullptr;
+    type *t = s && (s->flags & sf_typed) ? type_of_symbol(s) : nullptr;
+    return t && t->type_code != tk_routine ? element_type_of(t) : nullptr;
 }
 
 symbol *new_control_variable() {
@@ -90,7 +89,7 @@ symbol *new_control_variable() {
     symbol *s = push_implied_do_variable(curr_name);
     s->flags |= sf_implied_do;
     if (outer) {
-        s->entity = element_type_of(outer);
+        s->entity = outer;
         s->flags |= sf_typed;
     }
     return s;
@@ -151,11 +150,11 @@ expr_node *finish_implied_do() {
 // Whether the control follows the current ",": the tokens up to its "=" are read then. Otherwise nothing has
 // moved.
 bool control_follows() {
-    char *const saved_cursor = line_cursor;
+    saved_place here;
     if (next_token(lex_peek) == tok_name && next_token(lex_peek) == tok_assign) {
+        here.stay();
         return true;
     }
-    line_cursor = saved_cursor;
     return false;
 }
 
@@ -187,7 +186,9 @@ expr_node *start_implied_do(element_parser parse_element, bool data_context) {
     loop.data_context = data_context;
     loop.node = new_node(enk_implied_do, loop.position);
     ++stop_set[tok_rparen];
-    switch (find_control(loop.item_pos)) {
+    const control_search control = find_control();
+    loop.item_pos = curr_name.position;
+    switch (control) {
     case control_search::no_name:
         error_at(msg_do_variable_must_be_named_variable, loop.item_pos);
         next_token(0);

@@ -32,6 +32,16 @@ bool ends_triplet(pending &list) {
     return false;
 }
 
+bool has_keyword(const pending &item) { return item.is_specifier || item.keyword; }
+
+// Behind an argument with a keyword all others need one, too.
+void check_keyword(pending &list) {
+    if (list.keyword_seen && !has_keyword(list) && !list.keyword_missed) {
+        error_at(msg_keyword_must_not_be_omitted_from_actual_argument, list.item_pos);
+        list.keyword_missed = true;
+    }
+}
+
 // Goes on with an item behind the part that was read, null for a first part that is omitted. True if the
 // item is complete; otherwise another part is to be read.
 bool continue_item(pending &list, expr_node *value) {
@@ -40,6 +50,9 @@ bool continue_item(pending &list, expr_node *value) {
         if (value) {
             list.item = value;
             give_keyword(list, value);
+            if (value->node_kind != enk_error) {
+                check_keyword(list);
+            }
         }
         if (list.keyword_seen) {
             return true;
@@ -90,23 +103,17 @@ bool start_argument(pending &list) {
     list.keyword = nullptr;
     list.is_specifier = false;
     list.item_pos = curr_token_pos;
-    const bool is_label = curr_token == tok_star;
-    if (!is_label && begins_with_colon(list)) {
+    if (curr_token == tok_star) {
+        check_keyword(list);
+        list.item = read_label_argument();
         return false;
     }
-    if (!is_label) {
-        read_keyword(list);
+    if (begins_with_colon(list)) {
+        return false;
     }
-    if (list.is_specifier || list.keyword) {
-        list.keyword_seen = true;
-    } else if (list.keyword_seen && !list.keyword_missed) {
-        error_at(msg_keyword_must_not_be_omitted_from_actual_argument, list.item_pos);
-        list.keyword_missed = true;
-    }
-    if (is_label) {
-        list.item = read_label_argument();
-    }
-    return !is_label;
+    read_keyword(list);
+    list.keyword_seen = list.keyword_seen || has_keyword(list);
+    return true;
 }
 
 // ---- component references

@@ -29,6 +29,48 @@ void lose_place() {
     }
 }
 
+// ---- looking ahead
+
+// What stands directly within parentheses, by the offset in the statement of what follows the "(".
+struct group_contents {
+    bool has_comma : 1;
+    bool has_equals : 1;
+};
+
+group_contents contents_of_group[stmt_buffer_size];
+std::ptrdiff_t scan_begin; // of the part of the statement for which that is known
+std::ptrdiff_t scan_end;
+
+void forget_groups() { scan_begin = scan_end = 0; }
+
+// Looks at all parentheses from the current "(" to the one that closes it.
+void scan_groups() {
+    static std::vector<group_contents *> open;
+    static group_contents constructor; // stands for all of them
+    const saved_place here;
+    scan_begin = line_cursor - stmt_buffer;
+    open.clear();
+    do {
+        switch (curr_token) {
+        case tok_lparen:
+            open.push_back(&contents_of_group[line_cursor - stmt_buffer]);
+            *open.back() = {};
+            break;
+        case tok_array_open: open.push_back(&constructor); break;
+        case tok_rparen:
+        case tok_array_close: open.pop_back(); break;
+        case tok_eos: open.clear(); break;
+        case tok_comma: open.back()->has_comma = true; break;
+        case tok_assign: open.back()->has_equals = true; break;
+        default: break;
+        }
+        scan_end = line_cursor - stmt_buffer;
+        if (!open.empty()) {
+            next_token(lex_peek);
+        }
+    } while (!open.empty());
+}
+
 // ---- operators
 
 struct operator_row {
@@ -123,7 +165,7 @@ expr_node *continue_binary(expr_node *right) {
 
 expr_node *start_group() {
     const source_pos position = curr_token_pos;
-    if (lookahead_find_at_depth(tok_comma, false)) {
+    if (group_has(tok_comma)) {
         // There are no lists in parentheses: only a complex constant has a comma.
         struct constant *value = parse_complex_constant();
         if (!value) {
@@ -219,6 +261,9 @@ template <class Start> expr_node *parse(std::uint8_t level, Start start) {
     const std::size_t outer = result_index;
     const source_pos position = curr_token_pos;
     result_index = pending_stack.size();
+    if (result_index == 0) {
+        forget_groups();
+    }
     push_pending(pending_result, position).level = level;
     expr_node *value = start();
     for (;;) {
@@ -265,6 +310,20 @@ bool controls_implied_do(const symbol *s) {
     return std::any_of(pending_stack.begin(), pending_stack.end(), [s](const pending &entry) {
         return entry.kind == pending_implied_do && entry.symbol == s;
     });
+}
+
+bool group_has(token_kind token) {
+    // In the depths each search of its own would pass over the same text once more.
+    constexpr std::size_t deep = 30;
+    if (pending_stack.size() < deep) {
+        return lookahead_find_at_depth(token, false);
+    }
+    const std::ptrdiff_t offset = line_cursor - stmt_buffer;
+    if (offset < scan_begin || offset >= scan_end) {
+        scan_groups();
+    }
+    const group_contents contents = contents_of_group[offset];
+    return token == tok_comma ? contents.has_comma : contents.has_equals;
 }
 
 expr_node *new_node(expr_node_kind kind, source_pos position) {

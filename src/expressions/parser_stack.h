@@ -81,6 +81,9 @@ expr_node *new_node(expr_node_kind kind, source_pos position);
 expr_node *new_error_at(source_pos position);
 void append_item(pending &list, expr_node *item);
 
+// Whether a "," or "=" stands directly within the parentheses that the current "(" opens.
+bool group_has(token_kind token);
+
 // Reports at the current token, unless the place within the expression has been lost.
 void report_parse_error(error_code code);
 void parse_error(error_code code); // and recovers

@@ -52,6 +52,21 @@ std::uint32_t recovery_mode() {
 
 } // namespace
 
+saved_place::saved_place()
+    : cursor_(line_cursor), token_start_(token_start), token_(curr_token), token_pos_(curr_token_pos),
+      name_pos_(curr_name.position), error_pos_(error_pos) {}
+
+saved_place::~saved_place() {
+    if (!stays_) {
+        line_cursor = cursor_;
+        token_start = token_start_;
+        curr_token = token_;
+        curr_token_pos = token_pos_;
+        curr_name.position = name_pos_;
+        error_pos = error_pos_;
+    }
+}
+
 void recover_tokens() {
     const std::uint32_t mode = recovery_mode();
     bool skipped = false;
@@ -85,31 +100,21 @@ void syntax_error(error_code code) {
 }
 
 bool skip_to_closing(token_kind token) {
-    char *const cursor = line_cursor;
-    char *const start = token_start;
-    const token_kind first = curr_token;
-    const source_pos first_pos = curr_token_pos;
-    const name_locator name = curr_name;
+    saved_place here;
     for (int depth = 0;; next_token(lex_peek)) {
         if (depth == 0 && curr_token == token) {
             lex_rewind_token();
             next_token(0);
+            here.stay();
             return true;
         }
         if (curr_token == tok_lparen || curr_token == tok_array_open) {
             ++depth;
         } else if (curr_token == tok_eos ||
                    ((curr_token == tok_rparen || curr_token == tok_array_close) && depth-- == 0)) {
-            break;
+            return false;
         }
     }
-    line_cursor = cursor;
-    token_start = start;
-    curr_token = first;
-    curr_token_pos = first_pos;
-    curr_name = name;
-    error_pos = first_pos;
-    return false;
 }
 
 bool expect_token(token_kind token, error_code code) {

@@ -49,6 +49,26 @@ void report_syntax_error(error_code code);
 // The same, and recovers.
 void syntax_error(error_code code);
 
+// The place in the statement: goes back to it at the end of a block, unless told to stay. The text of the
+// current token is not kept.
+class saved_place {
+public:
+    saved_place();
+    ~saved_place();
+    saved_place(const saved_place &) = delete;
+    saved_place &operator=(const saved_place &) = delete;
+    void stay() { stays_ = true; }
+
+private:
+    char *cursor_;
+    char *token_start_;
+    token_kind token_;
+    source_pos token_pos_;
+    source_pos name_pos_;
+    source_pos error_pos_;
+    bool stays_ = false;
+};
+
 // Skips to a token of `stop_set`, past parentheses as a whole. What is skipped is not reported on.
 void recover_tokens();
 

@@ -412,7 +412,8 @@ TEST_F(ParserTest, KeywordsAreNotOmittedBehindOne) {
     expect_error("f(k=2,*10)", quoted(7, omitted), "error");
     expect_error("f(1,n=2,3,4)+1", quoted(9, omitted), "(error + 1)");
     expect_error("f(k=1:2)", quoted(6, msg_expected_rparen), "F(K=1)");
-    expect_error("f(k=1,:)", quoted(7, omitted) + "; " + quoted(7, msg_expected_expression));
+    expect_error("f(k=1,:)", quoted(7, msg_expected_expression), "F(K=1, error)");
+    expect_error("f(k=1,)", quoted(7, msg_expected_expression), "F(K=1, error)");
 }
 
 TEST_F(ParserTest, ListsInError) {
