@@ -38,8 +38,8 @@ void (*exit_callback)(int code);
 constexpr int process_status[] = {0, 0, 0, 2, 4, 4};
 constexpr std::size_t max_path_piece = 255;
 
-// An interrupt is carried out by whoever reads lines or checks statements, with check_interrupt: the streams
-// of the C library may be in use when it comes.
+// An interrupt is carried out where the next line is read, with check_interrupt: the streams of the C library
+// may be in use when it comes.
 volatile std::sig_atomic_t interrupt_requested;
 
 extern "C" void request_interrupt(int) { interrupt_requested = 1; }

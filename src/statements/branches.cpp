@@ -62,6 +62,39 @@ bool can_depend_on_if(statement_kind kind) {
     }
 }
 
+bool can_depend_on_where(statement_kind kind) { return kind == stmtk_assignment; }
+
+// A statement that governs one other on its line.
+struct governing_statement {
+    il_statement_kind kind;
+    construct_kind construct;
+    bool (*can_depend)(statement_kind kind);
+    error_code refusal;
+};
+
+// Reads the condition in parentheses and the statement behind it.
+bool read_dependent_statement(const governing_statement &governing) {
+    check_reachable();
+    next_token(0);
+    expr_node *condition;
+    bool failed;
+    if (!parse_condition(condition, failed)) {
+        return false;
+    }
+    statement *s = add_statement(governing.kind);
+    s->expr = condition;
+    const outer_statement outer;
+    classify_inner_statement();
+    if (curr_stmt_kind == stmtk_bad) {
+        return false;
+    }
+    if (!governing.can_depend(curr_stmt_kind)) {
+        error_at(governing.refusal, stmt_pos);
+        return false;
+    }
+    return run_dependent(governing.construct, s) && !failed;
+}
+
 // A label on a statement that ends a construct stands behind it.
 void note_label_behind_construct() {
     if (curr_label_symbol) {
@@ -74,25 +107,8 @@ void note_label_behind_construct() {
 // ---- IF
 
 bool stmt_if() {
-    check_reachable();
-    next_token(0);
-    expr_node *condition;
-    bool failed;
-    if (!parse_condition(condition, failed)) {
-        return false;
-    }
-    statement *s = add_statement(stmk_if);
-    s->expr = condition;
-    const outer_statement outer;
-    classify_inner_statement();
-    if (curr_stmt_kind == stmtk_bad) {
-        return false;
-    }
-    if (!can_depend_on_if(curr_stmt_kind)) {
-        error_at(msg_invalid_dependent_statement_of_logical_if_ignored, stmt_pos);
-        return false;
-    }
-    return run_dependent(cons_logical_if, s) && !failed;
+    return read_dependent_statement(
+        {stmk_if, cons_logical_if, can_depend_on_if, msg_invalid_dependent_statement_of_logical_if_ignored});
 }
 
 bool stmt_if_then() {
@@ -175,25 +191,8 @@ bool stmt_end_if() {
 // ---- WHERE
 
 bool stmt_where_stmt() {
-    check_reachable();
-    next_token(0);
-    expr_node *mask;
-    bool failed;
-    if (!parse_condition(mask, failed)) {
-        return false;
-    }
-    statement *s = add_statement(stmk_where);
-    s->expr = mask;
-    const outer_statement outer;
-    classify_inner_statement();
-    if (curr_stmt_kind == stmtk_bad) {
-        return false;
-    }
-    if (curr_stmt_kind != stmtk_assignment) {
-        error_at(msg_invalid_dependent_statement_of_where_statement_ignored, stmt_pos);
-        return false;
-    }
-    return run_dependent(cons_where_stmt, s) && !failed;
+    return read_dependent_statement({stmk_where, cons_where_stmt, can_depend_on_where,
+                                     msg_invalid_dependent_statement_of_where_statement_ignored});
 }
 
 bool stmt_where_construct() {
