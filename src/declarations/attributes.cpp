@@ -180,12 +180,12 @@ bool may_be_automatic(const symbol *s) {
 
 void merge_type(attribute_check &c, const type *t) {
     c.state(attr_typed);
-    if (t->type_code == tk_fcharacter && t->character.length.kind == bound_assumed) {
-        c.state(attr_assumed_length);
-    }
-    if (t->type_code != tk_farray) {
-        return;
-    }
+    c.state_if(t->type_code == tk_fcharacter && t->character.length.kind == bound_assumed,
+               attr_assumed_length);
+}
+
+// A shape counts whether the name has a type yet or not.
+void merge_shape(attribute_check &c, const type *t) {
     if (t->array.shape_kind == explicit_shape) {
         c.state_if(may_be_automatic(c.s) && !has_constant_bounds(t), attr_automatic);
     }
@@ -212,6 +212,9 @@ void merge(attribute_check &c) {
         const bool counts = (s->flags & sf_typed) && (!(s->flags & sf_type_implicit) || spec_part_over);
         if (t && counts) {
             merge_type(c, t);
+        }
+        if (t && is_array(t)) {
+            merge_shape(c, t);
         }
     }
     const bool in = (s->flags & sf_intent_in) != 0;
