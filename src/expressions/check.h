@@ -30,4 +30,14 @@ bool check_expression(expr_node *node, std::uint32_t flags, object *routine);
 // Makes a node an `enk_error` of the error type. The operands stay reachable.
 void mark_error_node(expr_node *node);
 
+// Whether a left side can be stored to. Errors 535 and 241 say why not.
+bool check_definable(expr_node *expr);
+
+// Whether the expression is a section with a vector subscript.
+bool section_has_vector_subscript(const expr_node *expr);
+
+// Checks and completes a type, once: the expressions of bounds and lengths, parameters, components. `routine`
+// is the program unit around it, or null. False if something was in error.
+bool check_type(type *t, object *routine);
+
 } // namespace zf90

@@ -17,6 +17,18 @@ bool shapes_conform(const type *a, const type *b);
 // Two routine types have the same parameters: keywords, types, OPTIONAL and INTENT.
 bool param_lists_equal(const type *a, const type *b);
 
+// Whether a value of the actual's type may be passed to a dummy whose type may hold wildcards. Equal types
+// have been accepted before.
+bool type_matches_dummy(const type *actual, const type *dummy);
+
+// Whether a value of the source's type can be assigned to the destination.
+bool assignment_compatible(const type *destination, const type *source);
+
+bool is_assumed_size(const type *t);            // an array whose last upper bound is assumed
+bool has_nonconstant_bound(const type *t);      // an explicit shape with an expression in it
+bool is_explicit_constant_shape(const type *t); // an explicit shape of constants
+bool is_zero_sized(const type *t);              // a character of length 0, or an array without elements
+
 // The bounds of an array type, through the expression that a `same_shape` refers to; null if it has none.
 // They are for the rank of the type.
 bound_info_entry *bounds_of_type(const type *t);

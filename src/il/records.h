@@ -31,13 +31,23 @@ struct symbol;
 struct type;
 
 // The word that every entry starts with. Bits 0 to 29: the entry's number within its kind, given just before
-// writing; bit 30: the walker's visit mark; bit 31: spare.
+// writing; bit 30: the walker's visit mark; bit 31: set once the checks have been at the entry.
 struct il_entry {
     std::uint32_t il_id;
 };
 
 inline constexpr std::uint32_t il_number_mask = 0x3fffffff;
 inline constexpr std::uint32_t il_visit_mark = 0x40000000;
+inline constexpr std::uint32_t il_check_mark = 0x80000000;
+
+// Sets the mark of the checks. False if it was set already: an entry is checked once.
+inline bool begin_check(il_entry *entry) {
+    const bool first = (entry->il_id & il_check_mark) == 0;
+    entry->il_id |= il_check_mark;
+    return first;
+}
+
+inline bool is_checked(const il_entry *entry) { return (entry->il_id & il_check_mark) != 0; }
 
 // What ties a named entry to its declaration.
 struct source_corresp {

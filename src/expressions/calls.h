@@ -1,0 +1,49 @@
+// References to procedures: which specific one a generic name means, which actual argument belongs to which
+// dummy, whether they fit, and the type of the result. User procedures, defined operators and assignment, and
+// the intrinsic procedures and operators all go this way.
+#pragma once
+
+#include "il/records.h"
+
+namespace zf90 {
+
+// The check of an `enk_call` and of an `enk_generic_call`, from the arguments to the type of the result.
+// False if it is in error, which has been reported; the caller marks the node.
+bool check_call(expr_node *node, std::uint32_t flags, object *routine);
+bool check_generic_call(expr_node *node, std::uint32_t flags, object *routine);
+
+enum binding : std::uint8_t {
+    binding_done = 0,
+    binding_misfit = 1,  // an actual argument does not fit
+    binding_too_few = 2, // actual arguments
+    binding_too_many = 3,
+    binding_keyword_missing = 4, // or unknown
+    binding_surplus_keywords = 5
+};
+
+// Matches a list of actual arguments with the dummies of a routine type. With `trial` only the question is
+// answered; else the list is put in the order of the dummies, with keywords, and an `enk_empty` for each one
+// that is absent. `bad_actual` is the argument that does not fit or is too much.
+binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_actual, bool trial,
+                       object *routine);
+
+bool match_one_argument(const expr_node *actual, const param_type *param, bool trial);
+
+// The checks between a bound actual argument and its dummy, which is null for an implicit interface.
+bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node *actual,
+                                const param_type *param);
+
+// The `enk_empty` node of an optional argument that is absent.
+expr_node *make_absent_argument(const param_type *param);
+
+// The result type of a call, with what depends on the dummies rewritten for these actuals.
+type *instantiate_result_type(type *t, object *specific, expr_node *actuals, object *routine);
+
+// Rewrites the dummies of `specific` in a tree, in which only what changes is copied: to `enk_param` nodes if
+// `actuals` is null, else to references to the actuals. True if something changed.
+bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals);
+
+// Marks what an internal procedure uses of its host.
+void note_host_reference(object *o, object *routine);
+
+} // namespace zf90
