@@ -11,11 +11,7 @@
 namespace zf90 {
 
 // shapes
-bool check_array_constructor(expr_node *, object *) { return true; }
-bool constructor_extent(expr_node *, object *, bound &) { return true; }
-void make_constant_bounds(type *) {}
 bool replace_object(expr_node *&, const object *, expr_node *) { return false; }
-bool pointer_assign_check(type *, expr_node *) { return true; }
 
 // calls
 bool check_call(expr_node *, std::uint32_t, object *) { return true; }
@@ -53,7 +49,6 @@ bool handle_and(expr_node *, std::uint32_t, object *) { return true; }
 bool handle_or(expr_node *, std::uint32_t, object *) { return true; }
 bool handle_eqv(expr_node *, std::uint32_t, object *) { return true; }
 bool handle_neqv(expr_node *, std::uint32_t, object *) { return true; }
-
 
 // the end of the compilation
 bool check_object(object *) { return true; }
