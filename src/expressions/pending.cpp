@@ -5,6 +5,7 @@
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
 #include "expressions/shapes.h"
+#include "il/types.h"
 #include "intrinsics/handlers.h"
 #include "statements/statement_pass.h"
 
@@ -15,7 +16,10 @@ bool replace_object(expr_node *&, const object *, expr_node *) { return false; }
 
 // calls
 bool check_call(expr_node *, std::uint32_t, object *) { return true; }
-bool check_generic_call(expr_node *, std::uint32_t, object *) { return true; }
+bool check_generic_call(expr_node *node, std::uint32_t, object *) {
+    node->type = default_integer();
+    return true;
+}
 binding bind_arguments(type *, expr_node *&, expr_node *&, bool, object *) { return binding_done; }
 bool match_one_argument(const expr_node *, const param_type *, bool) { return true; }
 bool check_argument_association(bool, bool, expr_node *, const param_type *) { return true; }
