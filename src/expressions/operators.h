@@ -14,6 +14,12 @@ type *common_type(type *left, type *right);
 // The element type in the shape of the operands; null if the shapes do not conform.
 type *combine_shapes(type *left, type *right, type *element);
 
+// The element type in the shape of a type, which is the element type itself unless that type is an array.
+type *with_element(type *shape, type *element);
+
+// A copy of a type that is to be checked and completed by itself.
+type *unchecked_copy(const type *t);
+
 // Converts a list of two operands to their common type, which is returned; null if there is none.
 type *convert_operands(expr_node *&operands);
 
