@@ -23,7 +23,7 @@ enum expr_check_flags : std::uint32_t {
 };
 static_assert(ECF_INIT == 28 && ECF_SPEC == 56 && ECF_DATA_OBJECT == 66);
 
-inline bool is_restricted(std::uint32_t flags) {
+inline bool is_restricted_context(std::uint32_t flags) {
     return (flags & ecf_restricted_a) && (flags & ecf_restricted_b);
 }
 

@@ -252,7 +252,7 @@ bool assign_conversion(type *destination, expr_node *&source) {
 bool check_operand_context(expr_node *node, std::uint32_t flags, object *routine) {
     bool ok = true;
     for (expr_node *operand = node->operands; operand; operand = operand->next) {
-        if (is_restricted(flags)) {
+        if (is_restricted_context(flags)) {
             ok = restricted_walk(operand, routine) && ok;
         } else if (flags & ecf_stmt_func) {
             ok = stmt_func_walk(operand) && ok;
@@ -260,6 +260,9 @@ bool check_operand_context(expr_node *node, std::uint32_t flags, object *routine
             error_at(msg_assumed_size_array_is_not_allowed, operand->source_pos);
             ok = false;
         }
+    }
+    if (!ok) {
+        mark_error_node(node);
     }
     return ok;
 }
@@ -360,7 +363,7 @@ void dissolve(expr_node *node) {
 
 bool handle_arithmetic(expr_node *node, std::uint32_t flags, object *routine, operation_kind selector) {
     if (!check_operand_context(node, flags, routine)) {
-        return fail(node);
+        return false;
     }
     type *t = node->operands->type;
     if (node->operands->next) {
@@ -397,7 +400,7 @@ bool handle_divide(expr_node *node, std::uint32_t flags, object *routine) {
 
 bool handle_power(expr_node *node, std::uint32_t flags, object *routine) {
     if (!check_operand_context(node, flags, routine)) {
-        return fail(node);
+        return false;
     }
     type *left = node->operands->type;
     type *right = node->operands->next->type;
@@ -443,7 +446,7 @@ expr_node *new_length_of(expr_node *operand) {
 
 bool handle_concat(expr_node *node, std::uint32_t flags, object *routine) {
     if (!check_operand_context(node, flags, routine)) {
-        return fail(node);
+        return false;
     }
     expr_node *left = node->operands;
     expr_node *right = left->next;
@@ -494,7 +497,7 @@ operation_kind select_relation(operation_kind selector, operand_class c) {
 
 bool handle_relation(expr_node *node, std::uint32_t flags, object *routine, operation_kind selector) {
     if (!check_operand_context(node, flags, routine)) {
-        return fail(node);
+        return false;
     }
     type *common = convert_operands(node->operands);
     if (!common) {
@@ -539,7 +542,7 @@ namespace {
 
 bool handle_logical(expr_node *node, std::uint32_t flags, object *routine, operation_kind op) {
     if (!check_operand_context(node, flags, routine)) {
-        return fail(node);
+        return false;
     }
     type *t = op == eok_not ? node->operands->type : convert_operands(node->operands);
     return t ? finish_operation(node, op, t) : incompatible(node, node->operands);
@@ -568,12 +571,14 @@ bool handle_neqv(expr_node *node, std::uint32_t flags, object *routine) {
 }
 
 bool handle_assignment(expr_node *node, std::uint32_t flags, object *routine) {
-    if (is_restricted(flags)) {
+    if (is_restricted_context(flags)) {
         error_at(msg_must_be_restricted_expression, node->source_pos);
         return fail(node);
     }
-    if (!check_operand_context(node, flags, routine) || !check_definable(node->operands) ||
-        !assign_conversion(node->operands->type, node->operands->next)) {
+    if (!check_operand_context(node, flags, routine)) {
+        return false;
+    }
+    if (!check_definable(node->operands) || !assign_conversion(node->operands->type, node->operands->next)) {
         return fail(node);
     }
     expr_node *left = node->operands;

@@ -28,12 +28,6 @@ void make_constant_bounds(type *) {}
 bool replace_object(expr_node *&, const object *, expr_node *) { return false; }
 bool pointer_assign_check(type *, expr_node *) { return true; }
 
-// intrinsics
-bool run_intrinsic_handler(intrinsic_code, expr_node *, std::uint32_t, object *) { return true; }
-bool is_inquiry(intrinsic_code) { return false; }
-bool restricted_walk(expr_node *, object *) { return true; }
-bool stmt_func_walk(expr_node *) { return true; }
-
 // the end of the compilation
 bool check_object(object *) { return true; }
 bool check_scope(scope *) { return true; }
