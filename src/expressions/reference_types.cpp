@@ -4,6 +4,7 @@
 #include "declarations/check_scopes.h"
 #include "declarations/symbols.h"
 #include "expressions/calls.h"
+#include "expressions/operators.h"
 #include "expressions/predicates.h"
 #include "expressions/references.h"
 #include "expressions/shapes.h"
@@ -52,7 +53,7 @@ type *type_of_reference(expr_node *node, type *t) {
     if (!is_explicit_constant_shape(t)) {
         return same_shape_type(node, element, t->array.rank);
     }
-    return is_open_text ? array_type_with_element(t, same_length_type(node, element)) : t;
+    return is_open_text ? with_element(t, same_length_type(node, element)) : t;
 }
 
 bool is_in_error(const type *t) {
@@ -60,20 +61,6 @@ bool is_in_error(const type *t) {
 }
 
 // ---- objects
-
-// The one object that stands for an external procedure in all units.
-object *global_entity(object *o) {
-    if (o->storage_class != sc_external || o->is_parameter || !o->source_corresp.name) {
-        return o;
-    }
-    const symbol *record = global_symbol(o->source_corresp.name);
-    if (!record || !record->entity ||
-        (record->kind != sk_subroutine && record->kind != sk_function &&
-         record->kind != sk_external_unused)) {
-        return o;
-    }
-    return entity_as<object>(record);
-}
 
 bool is_common_member(const object *o) {
     const symbol *s = o->symbol_link;
@@ -185,8 +172,7 @@ bool check_component_element(expr_node *node, std::uint32_t flags, object *routi
         return false;
     }
     type *element = part->type->array.element_type;
-    const type *whole = part->base_expr->type;
-    node->type = is_array(whole) ? array_type_with_element(whole, element) : element;
+    node->type = with_element(part->base_expr->type, element);
     return true;
 }
 
@@ -253,7 +239,7 @@ bool check_object_reference(expr_node *node, std::uint32_t flags, object *routin
     node->type = type_of_reference(node, o->type);
     note_host_reference(o, routine);
     if ((flags & ecf_restricted_a) && is_own_variable(o, routine) &&
-        (is_restricted(flags) || (o->is_allocatable && !o->is_pointer))) {
+        (is_restricted_context(flags) || (o->is_allocatable && !o->is_pointer))) {
         return fail_at(msg_must_be_restricted_expression, node);
     }
     if (!(flags & ecf_whole_assumed_size) && is_assumed_size(o->type)) {
@@ -269,7 +255,7 @@ bool check_field_reference(expr_node *node, std::uint32_t flags, object *routine
     type *const whole = node->base_expr->type;
     type *const t = node->field_var->type;
     if (is_array(whole)) {
-        node->type = array_type_with_element(whole, element_type_of(t));
+        node->type = with_element(whole, element_type_of(t));
         node->for_all = !is_array(t);
     } else {
         node->type = type_of_reference(node, t);
@@ -320,7 +306,7 @@ bool check_substring(expr_node *node, std::uint32_t flags, object *routine) {
     }
     node->type = substring_type(base, element, pair);
     if (is_array(base->type)) {
-        node->type = array_type_with_element(base->type, node->type);
+        node->type = with_element(base->type, node->type);
         node->for_all = true;
     }
     return true;

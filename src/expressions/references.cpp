@@ -218,7 +218,7 @@ bool check_constant(expr_node *node) {
 }
 
 bool check_label_value(expr_node *node, std::uint32_t flags) {
-    if (is_restricted(flags)) {
+    if (is_restricted_context(flags)) {
         return fail_at(msg_must_be_restricted_expression, node);
     }
     if (flags & ecf_stmt_func) {
@@ -428,7 +428,7 @@ bool finish_node(expr_node *node, std::uint32_t flags, object *routine) {
     if (flags & ecf_designator) {
         return is_designator(node, flags) || fail_at(msg_expected_variable, node);
     }
-    if ((flags & ecf_spec_expr) && is_restricted(flags) && code != tk_integer) {
+    if ((flags & ecf_spec_expr) && is_restricted_context(flags) && code != tk_integer) {
         return fail_at(msg_must_be_specification_expression, node);
     }
     return fold_node(node, flags, routine);

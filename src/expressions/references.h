@@ -7,11 +7,6 @@
 
 namespace zf90 {
 
-inline bool is_restricted(std::uint32_t flags) {
-    const std::uint32_t both = ecf_restricted_a | ecf_restricted_b;
-    return (flags & both) == both;
-}
-
 // Reports an error at a node; false.
 bool fail_at(error_code code, const expr_node *node);
 

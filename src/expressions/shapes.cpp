@@ -16,14 +16,6 @@
 
 namespace zf90 {
 
-type *array_type_with_element(const type *t, type *element) {
-    type *copy = new_type(tk_farray);
-    copy->array = t->array;
-    copy->array.element_type = element;
-    copy->source_corresp.decl_position = t->source_corresp.decl_position;
-    return copy;
-}
-
 // ---- making nodes
 
 namespace {

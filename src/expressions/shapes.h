@@ -24,9 +24,6 @@ void section_bounds(type *t);
 // The same for the type of a folded value, whose shape is constant.
 void make_constant_bounds(type *t);
 
-// A copy of an array type with other elements. The shape is shared.
-type *array_type_with_element(const type *t, type *element);
-
 // The length of the elements of an expression of type character, as an expression.
 expr_node *text_length(expr_node *expr);
 
