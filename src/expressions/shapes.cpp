@@ -6,6 +6,7 @@
 #include "driver/deep_call.h"
 #include "expressions/predicates.h"
 #include "expressions/references.h"
+#include "expressions/rewrite.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -308,6 +309,23 @@ expr_node *expr_extent(expr_node *expr, unsigned dimension) {
         return expr->type->type_code == tk_fcharacter ? text_length(expr) : integer_node(1, expr->source_pos);
     }
     return deep_call([&] { return dimension ? dimension_extent(expr, dimension) : whole_extent(expr); });
+}
+
+// ---- the variable of a loop
+
+bool replace_object(expr_node *&slot, const object *o, expr_node *replacement) {
+    return rewrite_tree(slot, [=](const expr_node *leaf) -> expr_node * {
+        if (leaf->node_kind != enk_object || leaf->object != o) {
+            return nullptr;
+        }
+        expr_node *copy = copy_checked_node(replacement);
+        copy->source_pos = leaf->source_pos;
+        copy->keyword = leaf->keyword;
+        copy->intent_in = leaf->intent_in;
+        copy->is_optional = leaf->is_optional;
+        copy->next = nullptr;
+        return copy;
+    });
 }
 
 // ---- tables of bounds
