@@ -438,7 +438,6 @@ expr_node *new_length_of(expr_node *operand) {
     length->operands = new_ref(operand);
     length->operands->source_pos = operand->source_pos;
     begin_check(length->operands);
-    begin_check(length);
     return length;
 }
 
@@ -458,7 +457,6 @@ bool handle_concat(expr_node *node, std::uint32_t flags, object *routine) {
     left_length->next = new_length_of(right);
     expr_node *length = new_operation(eok_iadd, default_integer(), left_length);
     length->source_pos = node->source_pos;
-    begin_check(length); // its parts are checked, and what it means for a specification is known
     type *element = unchecked_copy(element_type_of(left->type));
     set_expression_bound(element->character.length, length);
     type *t = combine_shapes(left->type, right->type, element);

@@ -20,7 +20,9 @@ expr_node *copy_checked_node(const expr_node *node) {
 expr_node *checked_ref(expr_node *target, const expr_node *place) {
     expr_node *ref = new_ref(target);
     ref->source_pos = place->source_pos;
-    ref->keyword = place->keyword;
+    if (!place->is_specifier) {
+        ref->keyword = place->keyword;
+    }
     begin_check(ref);
     return ref;
 }

@@ -320,7 +320,9 @@ bool replace_object(expr_node *&slot, const object *o, expr_node *replacement) {
         }
         expr_node *copy = copy_checked_node(replacement);
         copy->source_pos = leaf->source_pos;
-        copy->keyword = leaf->keyword;
+        if (!leaf->is_specifier) {
+            copy->keyword = leaf->keyword;
+        }
         copy->intent_in = leaf->intent_in;
         copy->is_optional = leaf->is_optional;
         copy->next = nullptr;
