@@ -12,31 +12,20 @@ namespace zf90 {
 
 // clang-format off
 PENDING(allocate)
-PENDING(backspace)
-PENDING(close)
 PENDING(common)
 PENDING(data)
 PENDING(deallocate)
-PENDING(endfile)
 PENDING(end_interface)
 PENDING(end_type)
 PENDING(equivalence)
-PENDING(format)
 PENDING(stmt_function)
-PENDING(inquire)
 PENDING(interface)
-PENDING(namelist)
 PENDING(nullify)
-PENDING(open)
-PENDING(print)
 PENDING(module_procedure)
-PENDING(read)
-PENDING(rewind)
 PENDING(save)
 PENDING(sequence)
 PENDING(type_definition)
 PENDING(use)
-PENDING(write)
 // clang-format on
 
 #undef PENDING
