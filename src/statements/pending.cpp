@@ -1,7 +1,6 @@
 // What does not exist yet: each handler skips its statement and succeeds, and variables get no storage.
 // Whoever writes one deletes its line here.
 #include "declarations/derived_types.h"
-#include "declarations/storage.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
@@ -12,17 +11,14 @@ namespace zf90 {
 
 // clang-format off
 PENDING(allocate)
-PENDING(common)
 PENDING(data)
 PENDING(deallocate)
 PENDING(end_interface)
 PENDING(end_type)
-PENDING(equivalence)
 PENDING(stmt_function)
 PENDING(interface)
 PENDING(nullify)
 PENDING(module_procedure)
-PENDING(save)
 PENDING(sequence)
 PENDING(type_definition)
 PENDING(use)
@@ -31,7 +27,5 @@ PENDING(use)
 #undef PENDING
 
 void finish_open_type() {}
-
-void layout_storage() {}
 
 } // namespace zf90
