@@ -1,6 +1,5 @@
 // What does not exist yet: each handler skips its statement and succeeds, and variables get no storage.
 // Whoever writes one deletes its line here.
-#include "declarations/derived_types.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
@@ -13,19 +12,10 @@ namespace zf90 {
 PENDING(allocate)
 PENDING(data)
 PENDING(deallocate)
-PENDING(end_interface)
-PENDING(end_type)
-PENDING(stmt_function)
-PENDING(interface)
 PENDING(nullify)
-PENDING(module_procedure)
-PENDING(sequence)
-PENDING(type_definition)
 PENDING(use)
 // clang-format on
 
 #undef PENDING
-
-void finish_open_type() {}
 
 } // namespace zf90
