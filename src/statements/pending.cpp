@@ -13,7 +13,6 @@ namespace zf90 {
 PENDING(allocate)
 PENDING(backspace)
 PENDING(close)
-PENDING(data)
 PENDING(deallocate)
 PENDING(endfile)
 PENDING(end_interface)
