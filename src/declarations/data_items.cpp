@@ -2,6 +2,7 @@
 #include "declarations/data_items.h"
 
 #include "constants/folding.h"
+#include "declarations/end_of_unit.h"
 #include "declarations/implicit.h"
 #include "driver/deep_call.h"
 #include "driver/options.h"
@@ -33,21 +34,21 @@ bool is_element(const expr_node *node) {
 
 // The variable of an implied DO must be an integer.
 bool check_control_variable(const expr_node *variable) {
-    symbol *s = variable->symbol;
-    if (variable->node_kind != enk_symbol) {
-        return variable->node_kind != enk_error;
+    if (!variable || variable->node_kind != enk_symbol) {
+        return false; // reported by the parser
     }
-    const std::uint32_t known = s->flags & sf_typed;
+    symbol *s = variable->symbol;
+    if (s->kind == sk_implied_do_var) {
+        finish_symbol(s);
+    }
+    const bool is_declared = (s->flags & sf_typed) != 0;
     apply_implicit(s, variable->source_pos);
     const type *t = type_of_symbol(s);
-    if (t->type_code == tk_error) {
-        return false;
-    }
-    if (known && t->type_code != tk_integer) {
+    if (is_declared && t->type_code != tk_integer && t->type_code != tk_error) {
         error_at(msg_implied_do_variable_must_have_integer_type, variable->source_pos);
         return false;
     }
-    return true;
+    return t->type_code == tk_integer;
 }
 
 // What must be known ahead of the check of the expressions.
