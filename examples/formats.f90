@@ -45,6 +45,7 @@ program formats
   read (line, '(bn, i2, 2i2, 1x, i3)') digits
   line = '12345'
   read (line, '(2p, f5.2)') y
+  line = '5 6, 2*7'
   read (line, *) digits
   write (line, '(a, i2.2, a)') '(1x, ', size(digits), 'i5)'
   write (*, fmt=line) digits
