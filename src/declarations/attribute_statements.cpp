@@ -2,7 +2,9 @@
 // INTRINSIC, INTENT, OPTIONAL, PARAMETER, SAVE, PUBLIC and PRIVATE.
 #include "declarations/declarations.h"
 #include "declarations/implicit.h"
+#include "declarations/interfaces.h"
 #include "declarations/scopes.h"
+#include "declarations/storage.h"
 #include "declarations/symbols.h"
 #include "driver/diagnostics.h"
 #include "expressions/parser.h"
@@ -71,8 +73,56 @@ bool read_named_constant() {
     return good;
 }
 
+// An item of PUBLIC or PRIVATE, which has been peeked at.
+bool read_access_item(attribute access) {
+    lex_rewind_token();
+    name_locator name;
+    symbol *s = read_generic_spec(name, curr_scope_depth);
+    if (!s || !name.atom) {
+        if (!s) {
+            error_pos = curr_token_pos;
+            syntax_error(msg_expected_identifier);
+        }
+        return false;
+    }
+    if (s->kind == sk_host_link) {
+        error_at(msg_invalid_redeclaration_of_host_symbol, name.position, name.atom->spelling);
+        return true;
+    }
+    attribute_set set = attributes({access});
+    const bool good = check_attributes(s, set, name.position);
+    apply_attributes(s, set, name);
+    return good;
+}
+
+// The name of a COMMON block between slashes, or "//".
+bool read_saved_block() {
+    const source_pos position = curr_token_pos;
+    if (accept_optional(tok_concat, lex_lone_slash)) {
+        warning_at(msg_blank_common_is_not_allowed, position);
+        return true;
+    }
+    if (next_token(lex_lone_slash) == tok_slash) {
+        warning_at(msg_blank_common_is_not_allowed, position);
+        next_token(lex_lone_slash);
+        return true;
+    }
+    const stop_at stop({tok_slash});
+    if (expect_token(tok_name, msg_expected_identifier)) {
+        name_locator name = curr_name;
+        symbol *block = common_symbol(name);
+        if (block->flags & sf_saved) {
+            warning_at(msg_common_block_was_previously_specified_in_save_statement, curr_token_pos,
+                       block->name->spelling);
+        }
+        block->flags |= sf_saved;
+        next_token(lex_lone_slash);
+    }
+    return accept_token(tok_slash, msg_expected_slash, lex_lone_slash);
+}
+
 bool access_statement(attribute access) {
-    if (next_token(0) == tok_eos) {
+    if (next_token(lex_peek) == tok_eos || in_type_def) {
         scope_row &row = curr_row();
         if (row.access_stated) {
             error_at(msg_access_statement_has_been_already_specified, stmt_pos);
@@ -82,8 +132,13 @@ bool access_statement(attribute access) {
         row.names_public = access == attr_public;
         return true;
     }
-    accept_optional(tok_double_colon, 0);
-    return read_plain_list(attributes({access}));
+    accept_optional(tok_double_colon, lex_peek);
+    const stop_at stop({tok_comma});
+    bool good = true;
+    do {
+        good = read_access_item(access) && good;
+    } while (accept_optional(tok_comma, lex_peek));
+    return good;
 }
 
 } // namespace
@@ -216,6 +271,31 @@ bool stmt_parameter() {
         good = read_list(read_named_constant);
     }
     return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
+}
+
+bool stmt_save() {
+    next_token(lex_lone_slash);
+    if (global_save) {
+        error_at(msg_all_variables_already_have_save_specification, stmt_pos);
+        return false;
+    }
+    if (curr_token == tok_eos) {
+        if (any_save) {
+            error_at(msg_some_variables_were_previously_specified_in_save_statement, stmt_pos);
+        }
+        global_save = any_save = true;
+        return true;
+    }
+    accept_optional(tok_double_colon, lex_lone_slash);
+    any_save = true;
+    const attribute_set set = attributes({attr_save, attr_variable});
+    const stop_at stop({tok_comma});
+    bool good = true;
+    do {
+        const bool is_block = curr_token == tok_slash || curr_token == tok_concat;
+        good = (is_block ? read_saved_block() : read_plain_entity(set) != nullptr) && good;
+    } while (accept_optional(tok_comma, lex_lone_slash));
+    return good;
 }
 
 bool stmt_private() { return access_statement(attr_private); }

@@ -67,6 +67,9 @@ symbol *new_further_symbol(symbol_kind kind, const name_locator &locator, std::i
 // `var_flags`.
 void set_symbol_kind(symbol *s, symbol_kind kind);
 
+// Brings a symbol of another depth, on no row's list, into the scope of a row above 0.
+void move_to_scope(symbol *s, std::int32_t depth);
+
 // Puts a symbol on its atom's chain, ahead of all symbols that are not deeper. It must be on no chain.
 void link_symbol(symbol *s);
 
@@ -131,6 +134,9 @@ symbol *lookup_resolved(symbol *first_symbol, std::int32_t min_depth);
 // not. Returns the meaning. Null, leaving the candidate, if no host has the name and this scope does not use
 // it.
 symbol *resolve_candidate(symbol *s);
+
+// The marks of uses that inner scopes have left in a candidate, as flags.
+std::uint32_t marks_from_within(const symbol *candidate);
 
 // Settles a forward type: a host link if the host has a type of that name, else error 455 and a derived type.
 void finish_forward_type(symbol *s);
