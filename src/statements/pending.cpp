@@ -10,7 +10,6 @@ namespace zf90 {
 
 // clang-format off
 PENDING(allocate)
-PENDING(data)
 PENDING(deallocate)
 PENDING(nullify)
 PENDING(use)
