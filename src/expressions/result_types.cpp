@@ -40,7 +40,7 @@ expr_node *replace_dummy(const expr_node *node, const substitution &s, const ato
     if (!p || !actual) {
         return nullptr;
     }
-    return checked_ref(actual, node);
+    return ref_in_place_of(node, actual);
 }
 
 bool is_own(const object *o, const object *specific) {
@@ -48,7 +48,7 @@ bool is_own(const object *o, const object *specific) {
 }
 
 expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
-    expr_node *leaf = copy_checked_node(node);
+    expr_node *leaf = copy_unchecked_node(node);
     set_expr_node_kind(leaf, kind);
     leaf->type = t;
     leaf->next = nullptr;
@@ -89,31 +89,32 @@ expr_node *replace_leaf(const expr_node *node, const substitution &s) {
     return s.actuals ? replace_dummy(node, s, node->parameter->source_corresp.name) : nullptr;
 }
 
-bool substitute_bound(bound &b, object *specific, expr_node *actuals) {
-    return (b.kind == bound_expression || b.kind == bound_same_as) &&
-           substitute_dummies(b.expr, specific, actuals);
+// A type with its length and its bounds rewritten; itself if nothing has changed.
+type *substitute_in_type(type *t, const substitution &s);
+
+bool substitute_bound(bound &b, const substitution &s) {
+    return substitute_dummies(b.expr, s.specific, s.actuals);
 }
 
-type *instantiate_character(type *t, object *specific, expr_node *actuals, object *routine) {
+type *substitute_in_character(type *t, const substitution &s) {
     bound length = t->character.length;
-    if (!substitute_bound(length, specific, actuals)) {
+    if ((length.kind != bound_expression && length.kind != bound_same_as) || !substitute_bound(length, s)) {
         return t;
     }
     type *result = unchecked_copy(t);
     result->character.length = length;
-    check_type(result, routine);
     return result;
 }
 
-type *instantiate_array(type *t, object *specific, expr_node *actuals, object *routine) {
-    type *element = instantiate_result_type(t->array.element_type, specific, actuals, routine);
+type *substitute_in_array(type *t, const substitution &s) {
+    type *element = substitute_in_type(t->array.element_type, s);
     bool changed = element != t->array.element_type;
     std::vector<bound> bounds;
     if (t->array.shape_kind <= as_shaped) {
         bounds.assign(t->array.bound->bounds, t->array.bound->bounds + 2 * t->array.rank);
     }
     for (bound &b : bounds) {
-        changed = (b.kind == bound_expression && substitute_bound(b, specific, actuals)) || changed;
+        changed = (b.kind == bound_expression && substitute_bound(b, s)) || changed;
     }
     if (!changed) {
         return t;
@@ -124,8 +125,15 @@ type *instantiate_array(type *t, object *specific, expr_node *actuals, object *r
         result->array.bound = new_bound_info_entry(t->array.rank);
         std::copy(bounds.begin(), bounds.end(), result->array.bound->bounds);
     }
-    check_type(result, routine);
     return result;
+}
+
+type *substitute_in_type(type *t, const substitution &s) {
+    switch (t->type_code) {
+    case tk_fcharacter: return substitute_in_character(t, s);
+    case tk_farray: return substitute_in_array(t, s);
+    default: return t;
+    }
 }
 
 } // namespace
@@ -140,10 +148,25 @@ type *instantiate_result_type(type *t, object *specific, expr_node *actuals, obj
     if (!t || !actuals) {
         return t;
     }
-    switch (t->type_code) {
-    case tk_fcharacter: return instantiate_character(t, specific, actuals, routine);
-    case tk_farray: return instantiate_array(t, specific, actuals, routine);
-    default: return t;
+    type *result = substitute_in_type(t, {specific, actuals});
+    if (result != t) {
+        check_type(result, routine);
+    }
+    return result;
+}
+
+void complete_interface(object *routine) {
+    const substitution s{routine, nullptr};
+    const auto complete = [&](type *&t) {
+        type *result = t ? substitute_in_type(t, s) : t;
+        if (result != t) {
+            t = result;
+            check_type(t, nullptr);
+        }
+    };
+    complete(routine->type->routine.return_type);
+    for (param_type *p = routine->type->routine.param_type_list; p; p = p->next) {
+        complete(p->type);
     }
 }
 

@@ -2,6 +2,7 @@
 #include "expressions/rewrite.h"
 
 #include "driver/deep_call.h"
+#include "expressions/operators.h"
 #include "il/entries.h"
 
 #include <utility>
@@ -9,21 +10,20 @@
 
 namespace zf90 {
 
-expr_node *copy_checked_node(const expr_node *node) {
+expr_node *copy_unchecked_node(const expr_node *node) {
     expr_node *copy = il_new<expr_node>();
     *copy = *node;
-    copy->il_id &= il_check_mark;
+    // The arguments of a call have been bound, which is not to be done again.
+    copy->il_id = node->node_kind == enk_call ? node->il_id & il_check_mark : 0;
     copy->multiply_referenced = false;
+    copy->next = nullptr;
     return copy;
 }
 
-expr_node *checked_ref(expr_node *target, const expr_node *place) {
+expr_node *ref_in_place_of(const expr_node *place, expr_node *target) {
     expr_node *ref = new_ref(target);
     ref->source_pos = place->source_pos;
-    if (!place->is_specifier) {
-        ref->keyword = place->keyword;
-    }
-    begin_check(ref);
+    copy_keyword(place, ref);
     return ref;
 }
 
@@ -39,8 +39,7 @@ struct node_rewriter {
 
     expr_node *changed() {
         if (!copy) {
-            copy = copy_checked_node(original);
-            copy->next = nullptr;
+            copy = copy_unchecked_node(original);
         }
         return copy;
     }
@@ -82,7 +81,7 @@ expr_node *rewrite_parts(expr_node *node, const leaf_rewriter &leaf) {
     case enk_ref: {
         expr_node *target = rewritten(node->reference, leaf);
         if (target != node->reference) {
-            return checked_ref(target, node);
+            return ref_in_place_of(node, target);
         }
         return node;
     }
@@ -135,7 +134,7 @@ expr_node *rewritten_list(expr_node *list, const leaf_rewriter &leaf) {
     }
     expr_node *rest = was[changed - 1]->next;
     for (std::size_t i = changed; i-- > 0;) {
-        expr_node *node = now[i] != was[i] ? now[i] : copy_checked_node(was[i]);
+        expr_node *node = now[i] != was[i] ? now[i] : copy_unchecked_node(was[i]);
         node->next = rest;
         rest = node;
     }

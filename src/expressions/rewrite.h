@@ -11,14 +11,14 @@ namespace zf90 {
 // on no list.
 using leaf_rewriter = std::function<expr_node *(const expr_node *leaf)>;
 
-// Rewrites a list of trees that have been checked, in which only what changes is copied. The copies count as
-// checked. True if something changed.
+// Rewrites a list of trees that have been checked, in which only what changes is copied. The copies are to be
+// checked again, for now they may have a value. True if something changed.
 bool rewrite_tree(expr_node *&slot, const leaf_rewriter &leaf);
 
-// A copy that counts as checked, like the node that it is made from.
-expr_node *copy_checked_node(const expr_node *node);
+// A copy that is on no list and is to be checked again.
+expr_node *copy_unchecked_node(const expr_node *node);
 
-// A reference to a checked node in the place of another node, whose position and keyword it takes.
-expr_node *checked_ref(expr_node *target, const expr_node *place);
+// A reference that stands where a node stood, with its position and keyword.
+expr_node *ref_in_place_of(const expr_node *place, expr_node *target);
 
 } // namespace zf90

@@ -4,6 +4,7 @@
 
 #include "constants/folding.h"
 #include "driver/deep_call.h"
+#include "expressions/operators.h"
 #include "expressions/predicates.h"
 #include "expressions/references.h"
 #include "expressions/rewrite.h"
@@ -318,14 +319,11 @@ bool replace_object(expr_node *&slot, const object *o, expr_node *replacement) {
         if (leaf->node_kind != enk_object || leaf->object != o) {
             return nullptr;
         }
-        expr_node *copy = copy_checked_node(replacement);
+        expr_node *copy = copy_unchecked_node(replacement);
         copy->source_pos = leaf->source_pos;
-        if (!leaf->is_specifier) {
-            copy->keyword = leaf->keyword;
-        }
+        copy_keyword(leaf, copy);
         copy->intent_in = leaf->intent_in;
         copy->is_optional = leaf->is_optional;
-        copy->next = nullptr;
         return copy;
     });
 }
@@ -407,7 +405,6 @@ expr_node *new_sum_variable(const expr_node *variable, expr_node *sum) {
     node->source_pos = variable->source_pos;
     node->object = o;
     node->type = model->type;
-    begin_check(node);
     return node;
 }
 
