@@ -4,6 +4,7 @@
 
 #include "declarations/scopes.h"
 #include "declarations/units.h"
+#include "expressions/check.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
@@ -168,6 +169,9 @@ void finish_derived_type(type *t) {
             settle_component_type(c, t);
         }
         const type *element = element_type_of(c->type);
+        if (!is_derived(element)) {
+            check_type(c->type, nullptr); // its size is needed at once
+        }
         t->contains_ptrs |= c->is_pointer || (is_derived(element) && element->contains_ptrs);
     }
     pop_scope();

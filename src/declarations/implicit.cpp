@@ -181,6 +181,7 @@ bool set_type(symbol *s, type *declared, bool override_type) {
         }
         return good;
     }
+    case sk_implied_do_var:
     case sk_undetermined:
     case sk_data_name:
     case sk_external_pending: {
