@@ -48,8 +48,4 @@ bool check_type(type *t, object *routine);
 // one of these is of a private type.
 bool check_component_access(type *t);
 
-// The value of a tree that has been checked, if it has one. What the check could not fold is not tried again,
-// so that nothing is reported twice.
-bool fold_checked(expr_node *node, struct fold_value &value);
-
 } // namespace zf90

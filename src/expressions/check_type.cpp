@@ -25,7 +25,7 @@ bool check_bound(bound &b, object *routine) {
     }
     b.expr->intent_in = true;
     fold_value value;
-    if (fold_checked(b.expr, value)) {
+    if (fold_expression(b.expr, value, false) && has_value(value)) {
         set_constant_bound(b, value.integer);
     }
     return true;
