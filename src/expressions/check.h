@@ -23,6 +23,10 @@ enum expr_check_flags : std::uint32_t {
 };
 static_assert(ECF_INIT == 28 && ECF_SPEC == 56 && ECF_DATA_OBJECT == 66);
 
+inline bool is_restricted_context(std::uint32_t flags) {
+    return (flags & ecf_restricted_a) && (flags & ecf_restricted_b);
+}
+
 // Checks a tree in place, once. `routine` is the program unit around it, or null. False if it is in error:
 // that has been reported, and the node is an `enk_error`.
 bool check_expression(expr_node *node, std::uint32_t flags, object *routine);
