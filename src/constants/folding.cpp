@@ -101,15 +101,16 @@ bool append_all(fold_value &aggregate, const fold_value &array) {
 
 // ---- names
 
+namespace {
+
+// The value that references to the variable of an implied DO have from now on; null: none. It is kept where
+// a named constant has its own. Returns the one before, which the caller puts back.
 constant *set_implied_do_value(object *variable, constant *value) {
     constant *before = variable->variant.initializer;
     variable->variant.initializer = value;
     return before;
 }
 
-namespace {
-
-// The variable of an implied DO holds its value while there is one as a named constant does.
 fold_outcome fold_object(const expr_node *node, fold_value &value) {
     const object *o = node->object;
     if (!o->is_constant && o->storage_class != sc_implied_do_var) {
@@ -291,7 +292,7 @@ struct implied_loop {
 fold_outcome prepare_loop(const expr_node *node, bool must_fold, implied_loop &loop) {
     const do_loop *control = node->do_info;
     const expr_node *variable = control->variable ? without_refs(control->variable) : nullptr;
-    if (!variable || (variable->node_kind != enk_object && variable->node_kind != enk_data_implied_do_var) ||
+    if (!variable || variable->node_kind != enk_object ||
         variable->object->storage_class != sc_implied_do_var ||
         variable->object->type->type_code != tk_integer || !control->initial_value || !control->final_value) {
         return fold_outcome::never;
@@ -524,8 +525,9 @@ fold_outcome fold_by_kind(expr_node *node, fold_value &value, bool must_fold) {
         }
         read_constant(node->constant, value);
         return has_value(value) ? fold_outcome::folded : fold_outcome::failed;
-    case enk_object:
-    case enk_data_implied_do_var: return fold_object(node, value);
+    case enk_object: return fold_object(node, value);
+    // DATA works out what depends on its variables on its own.
+    case enk_data_implied_do_var: return fold_outcome::open;
     case enk_ref: {
         const fold_outcome outcome = fold_node(node->reference, value, must_fold);
         node->type = node->reference->type;

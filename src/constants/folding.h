@@ -15,10 +15,6 @@ bool fold_expression(expr_node *node, fold_value &value, bool must_fold);
 // form; does nothing the second time. False if it is in error; that has been reported.
 bool check_initializer(constant *value);
 
-// The value that references to the variable of an implied DO have from now on; null: none. Returns the one
-// before, which the caller puts back.
-constant *set_implied_do_value(object *variable, constant *value);
-
 void folding_init(); // forgets what is known of the constants of an earlier compilation
 
 } // namespace zf90
