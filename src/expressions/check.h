@@ -44,8 +44,8 @@ bool section_has_vector_subscript(const expr_node *expr);
 // is the program unit around it, or null. False if something was in error.
 bool check_type(type *t, object *routine);
 
-// Settles which components of a derived type are public, when no statement can change what is. Error 576 if
-// one of these is of a private type.
-bool check_component_access(type *t);
+// Whether the public components of a derived type are of public types; error 576 at those that are not. Only
+// when its unit ends is it known what is public.
+bool check_component_access(const type *t);
 
 } // namespace zf90

@@ -178,11 +178,9 @@ bool check_type(type *t, object *routine) {
     });
 }
 
-bool check_component_access(type *t) {
+bool check_component_access(const type *t) {
     bool ok = true;
-    for (object *field = t->derived.first_field; field; field = field->next) {
-        const symbol *s = field->symbol_link;
-        field->is_public = t->is_public && s && (s->flags & sf_public);
+    for (const object *field = t->derived.first_field; field; field = field->next) {
         const type *element = element_type_of(field->type);
         if (field->is_public && element->type_code == tk_derived_type && !element->is_public) {
             report_component(msg_public_derived_type_component_is_of_private_type, field);
