@@ -86,7 +86,7 @@ bool read_group() {
         good = read_item(group);
         if (good && curr_token != tok_comma) {
             const source_pos position = curr_token_pos;
-            accept_token(tok_comma, msg_expected_comma, 0);
+            expect_token(tok_comma, msg_expected_comma);
             if (curr_token == tok_rparen) {
                 error_at(msg_expected_identifier, position);
             }
@@ -108,7 +108,6 @@ bool read_group() {
 bool stmt_equivalence() {
     next_token(0);
     bool good = true;
-    const stop_at stops{tok_comma};
     do {
         good = read_group() && good;
     } while (accept_optional(tok_comma, 0));
