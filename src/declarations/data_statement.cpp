@@ -90,6 +90,11 @@ bool holds_value(const object *o) {
 void store(item_match &match, const expr_node *designator, const designator_place &run, const constant *c,
            std::int64_t offset, std::uint32_t count) {
     object *o = run.object;
+    const bool is_empty_text =
+        is_array(o->type) && c->type->type_code == tk_fcharacter && constant_length(c->type) == 0;
+    if (is_empty_text) {
+        return; // it takes no room
+    }
     if (store_data_value(c, o, offset, count) || match.reported == o) {
         return;
     }
