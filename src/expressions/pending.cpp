@@ -1,12 +1,10 @@
 // What does not exist yet. Whoever writes one deletes it here.
-#include "declarations/check_scopes.h"
 #include "expressions/calls.h"
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
 #include "expressions/shapes.h"
 #include "intrinsics/handlers.h"
-#include "statements/statement_pass.h"
 
 namespace zf90 {
 
@@ -72,12 +70,5 @@ bool run_intrinsic_handler(intrinsic_code, expr_node *, std::uint32_t, object *)
 bool is_inquiry(intrinsic_code) { return false; }
 bool restricted_walk(expr_node *, object *) { return true; }
 bool stmt_func_walk(expr_node *) { return true; }
-
-// the end of the compilation
-bool check_object(object *) { return true; }
-bool check_scope(scope *) { return true; }
-bool check_compilation() { return true; }
-bool check_statement(statement *, object *) { return true; }
-bool check_do_control(do_loop *, std::uint32_t, object *) { return true; }
 
 } // namespace zf90
