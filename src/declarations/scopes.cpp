@@ -236,6 +236,9 @@ void pop_scope() {
 }
 
 bool is_open_scope(const scope *s) {
+    if (curr_row().il_scope == s) { // an interface body's routine has no depth of its own
+        return true;
+    }
     const std::int32_t depth = depth_of(s);
     return depth <= curr_scope_depth && scope_stack[depth].il_scope == s;
 }
