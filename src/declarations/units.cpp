@@ -438,6 +438,7 @@ void end_of_specification() {
         return;
     }
     row.spec_done = true;
+    spec_part_over = true; // what attributes require is asked for from now on
     layout_storage();
 }
 

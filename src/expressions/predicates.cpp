@@ -200,13 +200,9 @@ constexpr std::uint32_t pointer_size = 4;
 constexpr std::uint8_t pointer_alignment = 4;
 constexpr std::uint32_t descriptor_size_per_dimension = 12;
 
-struct room {
-    std::uint32_t size;
-    std::uint8_t alignment;
-};
+} // namespace
 
-// The bytes that an object of sc_local or sc_type_field takes in its frame or type.
-room room_of(const object *o) {
+room object_size(const object *o) {
     type *t = o->type;
     if (o->is_pointer || o->is_allocatable || o->is_auto || o->is_parameter) {
         std::uint32_t size = pointer_size;
@@ -224,8 +220,6 @@ room room_of(const object *o) {
     return {t->size, t->alignment};
 }
 
-} // namespace
-
 void field_layout(type *t) {
     // Sizes wrap at 32 bits: the room of a frame beyond that has no message of its own.
     std::uint32_t offset = 0;
@@ -241,7 +235,7 @@ void field_layout(type *t) {
     for (object *o = t->derived.first_field; o; o = o->next) {
         switch (o->storage_class) {
         case sc_local:
-        case sc_type_field: place(o, room_of(o)); break;
+        case sc_type_field: place(o, object_size(o)); break;
         case sc_external:
             if (o->is_parameter) {
                 place(o, {pointer_size, pointer_alignment});

@@ -1,7 +1,6 @@
 // What does not exist yet: each handler skips its statement and succeeds, and variables get no storage.
 // Whoever writes one deletes its line here.
 #include "declarations/derived_types.h"
-#include "declarations/storage.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
@@ -14,13 +13,11 @@ namespace zf90 {
 PENDING(allocate)
 PENDING(backspace)
 PENDING(close)
-PENDING(common)
 PENDING(data)
 PENDING(deallocate)
 PENDING(endfile)
 PENDING(end_interface)
 PENDING(end_type)
-PENDING(equivalence)
 PENDING(format)
 PENDING(stmt_function)
 PENDING(inquire)
@@ -32,7 +29,6 @@ PENDING(print)
 PENDING(module_procedure)
 PENDING(read)
 PENDING(rewind)
-PENDING(save)
 PENDING(sequence)
 PENDING(type_definition)
 PENDING(use)
@@ -42,7 +38,5 @@ PENDING(write)
 #undef PENDING
 
 void finish_open_type() {}
-
-void layout_storage() {}
 
 } // namespace zf90
