@@ -135,6 +135,9 @@ symbol *lookup_resolved(symbol *first_symbol, std::int32_t min_depth);
 // it.
 symbol *resolve_candidate(symbol *s);
 
+// The marks of uses that inner scopes have left in a candidate, as flags.
+std::uint32_t marks_from_within(const symbol *candidate);
+
 // Settles a forward type: a host link if the host has a type of that name, else error 455 and a derived type.
 void finish_forward_type(symbol *s);
 

@@ -39,8 +39,8 @@ const type *type_with_bounds_of(const type *t);
 // The length of a character type, through the expression of a `bound_same_as`.
 const bound &char_length_of_type(const type *t);
 
-// The bytes that an object takes in its frame, type or storage, and its alignment: those of its type, or those
-// of a reference to it and of the descriptor of its shape.
+// The bytes that an object takes in its frame, type or storage, and its alignment: those of its type, or
+// those of a reference to it and of the descriptor of its shape.
 struct room {
     std::uint32_t size;
     std::uint8_t alignment;

@@ -1,6 +1,5 @@
 // What does not exist yet: each handler skips its statement and succeeds, and variables get no storage.
 // Whoever writes one deletes its line here.
-#include "declarations/derived_types.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
@@ -16,27 +15,18 @@ PENDING(close)
 PENDING(data)
 PENDING(deallocate)
 PENDING(endfile)
-PENDING(end_interface)
-PENDING(end_type)
 PENDING(format)
-PENDING(stmt_function)
 PENDING(inquire)
-PENDING(interface)
 PENDING(namelist)
 PENDING(nullify)
 PENDING(open)
 PENDING(print)
-PENDING(module_procedure)
 PENDING(read)
 PENDING(rewind)
-PENDING(sequence)
-PENDING(type_definition)
 PENDING(use)
 PENDING(write)
 // clang-format on
 
 #undef PENDING
-
-void finish_open_type() {}
 
 } // namespace zf90
