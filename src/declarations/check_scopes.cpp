@@ -4,6 +4,8 @@
 
 #include "constants/folding.h"
 #include "declarations/attributes.h"
+#include "declarations/generic_sets.h"
+#include "declarations/namelist.h"
 #include "declarations/prologues.h"
 #include "declarations/routines.h"
 #include "declarations/scopes.h"
@@ -15,10 +17,11 @@
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
+#include "il/arena.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
-#include "statements/namelist.h"
 #include "statements/statement_pass.h"
 
 #include <algorithm>
@@ -97,47 +100,65 @@ void refuse_value(constant *value) {
     value->type = error_type();
 }
 
-// The tree of an initial value becomes the value, converted to the type of its name by the rules of
-// assignment.
+// The tree of a value. A named constant may have got its value already, where it was needed in a place in
+// which its type does not matter.
+expr_node *tree_of_value(const constant *value) {
+    if (value->repr_kind == ck_expression) {
+        return value->value.expr;
+    }
+    expr_node *node = new_expr_node(enk_constant);
+    node->source_pos = value->source_pos;
+    node->type = value->type;
+    node->constant = il_new<constant>();
+    *node->constant = *value;
+    begin_check(node);
+    return node;
+}
+
+void store_value(constant *value, expr_node *tree, const fold_value &folded) {
+    const constant *const stored = store_fold_value(folded);
+    value->type = stored->type;
+    if (stored->repr_kind == ck_aggregate) {
+        set_constant_repr(value, ck_aggregate);
+        value->aggregate = stored->aggregate;
+        return;
+    }
+    set_constant_repr(value, retain_constant_exprs ? ck_expression : ck_value);
+    value->value.bytes = stored->value.bytes;
+    value->value.expr = retain_constant_exprs ? tree : nullptr;
+}
+
+// An initial value is converted to the type of its name by the rules of assignment.
 bool evaluate_initial_value(object *o) {
     constant *const value = o->variant.initializer;
-    expr_node *tree = value->value.expr;
+    expr_node *tree = tree_of_value(value);
     // A value that refers to itself has none.
     refuse_value(value);
     if (!check_expression(tree, ECF_INIT, nullptr) || tree->node_kind == enk_error) {
         return false;
     }
     take_length_of_value(o, tree->type);
+    fold_value folded;
     if (!assign_conversion(o->type, tree)) {
         return false;
     }
-    fold_value folded;
     tree->intent_in = true;
     if (!fold_expression(tree, folded, true) || !has_value(folded)) {
         return false;
     }
-    const constant *const stored = store_fold_value(folded);
-    value->type = stored->type;
-    set_constant_repr(value, retain_constant_exprs && stored->repr_kind == ck_value ? ck_expression
-                                                                                    : stored->repr_kind);
-    if (stored->repr_kind == ck_aggregate) {
-        value->aggregate = stored->aggregate;
-    } else {
-        value->value.bytes = stored->value.bytes;
-        value->value.expr = retain_constant_exprs ? tree : nullptr;
-    }
+    store_value(value, tree, folded);
     return true;
 }
 
 bool check_initial_value(object *o) {
     constant *const value = o->variant.initializer;
-    if (value->repr_kind != ck_expression || value->value.bytes || !value->value.expr) {
-        return check_initializer(value);
+    if (value->repr_kind == ck_error) {
+        return false;
     }
-    if (!begin_check(value)) {
-        return true;
+    if (value->repr_kind == ck_expression || o->is_constant) {
+        return evaluate_initial_value(o);
     }
-    return evaluate_initial_value(o);
+    return check_initializer(value);
 }
 
 // ---- objects
@@ -148,7 +169,8 @@ bool is_of_unit_kind(const object *routine, std::initializer_list<storage_class>
 
 // Whether the storage of a local variable has a size that only the run knows, or none that fits.
 bool is_automatic(const object *o) {
-    if (o->is_parameter || is_of_unit_kind(o->assoc.routine, {sc_module, sc_program, sc_blockdata})) {
+    if (o->is_parameter || o->is_constant ||
+        is_of_unit_kind(o->assoc.routine, {sc_module, sc_program, sc_blockdata})) {
         return false;
     }
     constexpr std::uint32_t limit = 2147483647;
@@ -178,14 +200,20 @@ bool check_data_object(object *o) {
     }
     object *const routine =
         o->storage_class == sc_local && !o->is_saved && !o->is_constant ? o->assoc.routine : nullptr;
-    bool good = check_type(o->type, routine);
+    if (!check_type(o->type, routine)) {
+        o->type = error_type(); // no more messages come from it
+        return false;
+    }
+    if (has_initial_value(o) && !check_initial_value(o)) {
+        if (o->is_constant) {
+            o->type = error_type();
+        }
+        return false;
+    }
     if (o->storage_class == sc_local && is_automatic(o)) {
         o->is_auto = true;
     }
-    if (has_initial_value(o)) {
-        good &= check_initial_value(o);
-    }
-    return good;
+    return true;
 }
 
 bool check_routine_object(object *o) {
@@ -237,22 +265,6 @@ bool check_object(object *o) {
 namespace {
 
 bool is_private_type(const type *t) { return t->type_code == tk_derived_type && !t->is_public; }
-
-// Whether a caller of the procedure needs a private type.
-bool depends_on_private_type(const type *t) {
-    if (t->type_code != tk_routine) {
-        return false;
-    }
-    if (is_private_type(element_type_of(t->routine.return_type))) {
-        return true;
-    }
-    for (const param_type *p = t->routine.param_type_list; p; p = p->next) {
-        if (is_private_type(element_type_of(p->type))) {
-            return true;
-        }
-    }
-    return false;
-}
 
 // What a name's accessibility and its SAVE say, now that no statement can change them.
 void settle_access(object *o) {
@@ -313,7 +325,7 @@ bool check_declared_procedure(object *o) {
         return true;
     }
     o->source_corresp.referenced = true;
-    if (depends_on_private_type(o->type)) {
+    if (depends_on_private_type(o)) {
         error_at(msg_procedure_dependent_of_private_type_should_not_be_public,
                  o->source_corresp.decl_position);
         return false;
@@ -397,6 +409,10 @@ bool check_declarations_within(scope *s) {
     for (namelist_group *group = s->namelist_groups; group; group = group->next) {
         good &= check_namelist(group, routine);
     }
+    for (interface *generic = s->interfaces; generic; generic = generic->next) {
+        good &= check_generic_set(generic, check_object);
+    }
+    finish_uses();
     return good;
 }
 
@@ -448,6 +464,7 @@ bool check_statements_within(scope *s) {
         for (statement *inner = body->statements; inner; inner = inner->next) {
             good &= check_statement(inner, s->assoc_routine);
         }
+        finish_uses();
         add_prologues(s);
     }
     number_labels(s);

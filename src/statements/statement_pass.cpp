@@ -8,6 +8,8 @@
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
+#include "expressions/shapes.h"
+#include "expressions/uses.h"
 #include "il/types.h"
 #include "statements/case_ranges.h"
 #include "statements/io_check.h"
@@ -115,8 +117,49 @@ bool check_stop(const statement *s) {
 
 // ---- CALL, assignments
 
-bool check_expression_statement(const statement *s, bool good) {
-    const expr_node *const e = s->expr;
+bool is_pointer(const expr_node *e) {
+    switch (e->node_kind) {
+    case enk_object: return e->object->is_pointer;
+    case enk_field: return e->field_var->is_pointer;
+    default: return false;
+    }
+}
+
+bool is_pointer_assignment(const expr_node *e) {
+    return e->node_kind == enk_operation && e->op_kind == eok_passign;
+}
+
+// The node is not checked as other operations are: what stands on its sides are no values.
+bool check_pointer_assignment(expr_node *node, object *routine) {
+    begin_check(node);
+    expr_node *const pointer = node->operands;
+    expr_node *const target = pointer->next;
+    bool good = check_expression(pointer, ecf_designator, routine);
+    good &= check_expression(target, 0, routine);
+    if (!good || is_error(pointer)) {
+        return false;
+    }
+    if (!is_pointer(pointer)) {
+        error_at(msg_must_be_pointer, pointer->source_pos);
+        return false;
+    }
+    if (!check_definable(pointer) || !pointer_assign_check(pointer->type, target)) {
+        return false;
+    }
+    pointer->intent_out = true;
+    node->type = pointer->type;
+    return true;
+}
+
+bool check_expression_statement(const statement *s, object *routine) {
+    expr_node *const e = s->expr;
+    if (is_pointer_assignment(e)) {
+        return check_pointer_assignment(e, routine);
+    }
+    bool good = check_expressions(s, routine);
+    if (e->node_kind == enk_operation && e->operands->intent_out) {
+        e->operands->intent_in = false; // of ASSIGN
+    }
     const bool is_value = e->node_kind == enk_call || e->node_kind == enk_intrinsic;
     if (good && is_value && !has_type(e, tk_void) && !is_error(e)) {
         error_at(msg_identifier_is_not_subroutine_name, e->source_pos);
@@ -200,11 +243,12 @@ bool check_loop(statement *s, object *routine) {
         good = false;
     }
     if (name && !is_active) {
-        note_use(use_modified, name, variable->source_pos);
+        finish_uses();
         name->var_flags |= vf_do_variable;
     }
     good &= check_nested(s->loop_statement, routine);
     if (name && !is_active) {
+        finish_uses();
         name->var_flags &= ~std::uint32_t{vf_do_variable};
     }
     return good;
@@ -248,6 +292,9 @@ bool is_intrinsic_assignment(operation_kind op) {
 
 // An assignment under a mask. `mask` becomes the shape for the ones that follow.
 bool check_masked_statement(const statement *s, type *&mask) {
+    if (s->kind == stmk_label) { // of the statement behind it
+        return true;
+    }
     if (s->kind != stmk_expr || s->expr->node_kind != enk_operation ||
         !is_intrinsic_assignment(s->expr->op_kind)) {
         if (s->kind != stmk_expr || s->expr->node_kind != enk_error) {
@@ -334,9 +381,11 @@ void mark_loop_label(const statement *jump) {
 }
 
 bool check_simple_statement(statement *s, object *routine) {
+    if (s->kind == stmk_expr) {
+        return check_expression_statement(s, routine);
+    }
     const bool good = check_expressions(s, routine);
     switch (s->kind) {
-    case stmk_expr: return check_expression_statement(s, good);
     case stmk_goto: s->label->source_corresp.referenced = true; return good;
     case stmk_iarith_if:
     case stmk_farith_if: return check_arithmetic_if(s, good);
@@ -372,6 +421,7 @@ bool check_statement(statement *s, object *routine) {
     if (!begin_check(s)) {
         return true;
     }
+    finish_uses();
     switch (s->kind) {
     case stmk_if:
     case stmk_while:
