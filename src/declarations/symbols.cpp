@@ -175,14 +175,11 @@ void become_host_link(symbol *s, symbol *target) {
 // into an interface body, though what is open within the body has the body's names. Global names reach
 // everywhere. 0: all scopes count.
 std::int32_t first_associated_depth() {
-    if (interface_depth == 0) {
-        return 0;
-    }
     std::int32_t depth = curr_scope_depth;
     while (depth > 0 && scope_stack[depth].row_kind != sr_unit) {
         --depth;
     }
-    return depth;
+    return depth > 0 && scope_stack[depth].outer_interface_depth > 0 ? depth : 0;
 }
 
 } // namespace
