@@ -8,6 +8,7 @@
 #include "driver/options.h"
 #include "expressions/check.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/types.h"
 
@@ -66,6 +67,7 @@ bool check_controls(const expr_node *item) {
 }
 
 bool check_element(const expr_node *e) {
+    note_definition(e);
     if (e->node_kind == enk_error) {
         return false;
     }
@@ -411,7 +413,11 @@ bool check_data_item(expr_node *item, object *routine) {
     if (!check_controls(item) || !check_expression(item, ECF_DATA_OBJECT, routine)) {
         return false;
     }
-    return item->node_kind != enk_implied_do || check_elements(item);
+    if (item->node_kind == enk_implied_do) {
+        return check_elements(item);
+    }
+    note_definition(item);
+    return true;
 }
 
 bool walk_data_item(expr_node *item, item_visitor visitor) {

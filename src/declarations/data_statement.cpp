@@ -7,6 +7,7 @@
 #include "declarations/variables.h"
 #include "expressions/parser.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
 #include "statements/handlers.h"
@@ -173,6 +174,7 @@ bool match_values(expr_node *items, bool good) {
     }
     good = good && !queue.at_end;
     drop_data_values(queue);
+    finish_uses();
     return good;
 }
 

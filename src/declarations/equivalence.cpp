@@ -13,6 +13,7 @@
 #include "expressions/check.h"
 #include "expressions/parser.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
@@ -153,7 +154,10 @@ void evaluate_equivalence(equiv_group *group) {
     type *first_type = nullptr;
     for (equiv_item *item = group->items; item; item = item->next) {
         expr_node *designator = item->designator;
-        if (!check_expression(designator, ecf_designator, curr_routine())) {
+        const bool good = check_expression(designator, ecf_designator, curr_routine());
+        forget_use(designator);
+        finish_uses();
+        if (!good) {
             continue;
         }
         designator_place place;
