@@ -108,12 +108,25 @@ void append_specifier(io_control &c, io_specifier specifier, expr_node *node) {
     c.last_specifier = node;
 }
 
+// The name of a namelist group. Where it stands is kept among the specifiers until the check, which knows
+// whether it may stand there.
+bool parse_group(io_control &c, bool quiet) {
+    const source_pos position = curr_token_pos;
+    const bool good = parse_namelist_spec(c.description, quiet);
+    if (good && !quiet) {
+        expr_node *place = new_expr_node(enk_empty);
+        place->source_pos = position;
+        append_specifier(c, iosk_nml, place);
+    }
+    return good;
+}
+
 // Reads what stands behind the "=" of a specifier, and keeps it unless `quiet`. False after an error.
 bool parse_specifier_value(io_control &c, io_specifier specifier, bool quiet) {
     switch (specifier) {
     case iosk_unit: next_token(lex_signed); return parse_unit(c, quiet);
     case iosk_fmt: next_token(lex_label | lex_signed); return parse_format(c.description, quiet);
-    case iosk_nml: next_token(0); return parse_namelist_spec(c.description, quiet);
+    case iosk_nml: next_token(0); return parse_group(c, quiet);
     default: break;
     }
     expr_node *node = parse_value(specifier);
@@ -205,7 +218,7 @@ bool parse_positional_items(io_control &c) {
     }
     const bool is_group = at_namelist_group();
     note_positional(c, is_group ? iosk_nml : iosk_fmt);
-    if (!(is_group ? parse_namelist_spec(c.description, false) : parse_format(c.description, false))) {
+    if (!(is_group ? parse_group(c, false) : parse_format(c.description, false))) {
         c.failed = true;
     }
     return go_on_to_item(c, item_mode);
