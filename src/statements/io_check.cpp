@@ -140,8 +140,9 @@ bool check_format(const io_context &io) {
     case iof_namelist_directed: {
         d->format.namelist_group->source_corresp.referenced = true;
         const expr_node *place = take_namelist_place(d);
-        return d->unit_kind == iou_internal ? refuse(place, msg_namelist_directed_internal_i_o_is_not_allowed)
-                                            : true;
+        return place && d->unit_kind == iou_internal
+                   ? refuse(place, msg_namelist_directed_internal_i_o_is_not_allowed)
+                   : true;
     }
     default: return true;
     }

@@ -211,6 +211,9 @@ bool parse_positional_items(io_control &c) {
     }
     const bool takes_format = (c.io_allowed & io_bit(iosk_fmt)) != 0;
     if (!go_on_to_item(c, takes_format ? item_mode | lex_label : item_mode)) {
+        if (c.failed && c.description->unit_kind == iou_external) {
+            c.description->unit_kind = iou_error; // it may have been meant for something else
+        }
         return false;
     }
     if (!takes_format || at_keyword()) {
@@ -292,6 +295,10 @@ bool parse_format(input_output_description *d, bool quiet) {
     format_kind kind = iof_error;
     label *format_label = nullptr;
     expr_node *expr = nullptr;
+    if (curr_token == tok_label && *line_cursor == '_') { // the kind of a text
+        lex_rewind_token();
+        next_token(lex_signed);
+    }
     if (curr_token == tok_label) {
         kind = iof_format_label;
         format_label = entity_as<label>(read_label_reference(label_use_format));
