@@ -1,6 +1,7 @@
 // The main flow. One process compiles one source file; there is one way out, fe_exit.
 #include "driver/driver.h"
 
+#include "declarations/check_scopes.h"
 #include "declarations/scopes.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
@@ -203,6 +204,7 @@ void compile(int argc, char **argv) {
         begin_unit_state();
         process_program_unit();
     }
+    check_compilation();
     finish_listing_outputs();
     if (error_count == 0) {
         merge_constants(&il_root);
