@@ -4,6 +4,7 @@
 
 #include "declarations/scopes.h"
 #include "declarations/units.h"
+#include "expressions/check.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
@@ -168,6 +169,9 @@ void finish_derived_type(type *t) {
             settle_component_type(c, t);
         }
         const type *element = element_type_of(c->type);
+        if (!is_derived(element)) {
+            check_type(c->type, nullptr); // its size is needed at once
+        }
         t->contains_ptrs |= c->is_pointer || (is_derived(element) && element->contains_ptrs);
     }
     pop_scope();
@@ -320,11 +324,30 @@ type *resolve_forward_type(type *t) {
     return s->kind == sk_host_link ? with_element(t, entity_as<type>(follow_links(s))) : t;
 }
 
+void settle_type_access(const symbol *s) {
+    auto *t = entity_as<type>(s);
+    t->is_public = (s->flags & sf_public) != 0;
+    if (!is_derived(t) || s->from_module) {
+        return;
+    }
+    for (object *c = t->derived.first_field; c; c = c->next) {
+        c->is_public = t->is_public && c->symbol_link && (c->symbol_link->flags & sf_public);
+    }
+}
+
 void fix_forward_types() {
     scope_row &row = curr_row();
     if (!row.implicit_none) {
         for (type *&implied : row.implicit_types) {
             implied = implied ? resolve_forward_type(implied) : nullptr;
+        }
+    }
+    // What has taken a type from the rules by now: that turned out to be the host's.
+    for (object *o = row.il_scope->objects; o; o = o->next) {
+        const type *element = o->type ? element_type_of(o->type) : nullptr;
+        if (element && is_derived(element) && element->symbol_link &&
+            element->symbol_link->kind == sk_host_link) {
+            o->type = resolve_forward_type(o->type);
         }
     }
     if (object *result = row.il_scope->function_result_var) {

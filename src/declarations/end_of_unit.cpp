@@ -1,6 +1,7 @@
 // The final kinds of names, and the names that are never used.
 #include "declarations/end_of_unit.h"
 
+#include "declarations/derived_types.h"
 #include "declarations/external_names.h"
 #include "declarations/implicit.h"
 #include "declarations/intrinsic_names.h"
@@ -239,7 +240,7 @@ bool can_be_saved(const object *o) {
 
 void finish_symbol(symbol *s) {
     switch (s->kind) {
-    case sk_derived_type: entity_as<type>(s)->is_public = (s->flags & sf_public) != 0; break;
+    case sk_derived_type: settle_type_access(s); break;
     case sk_variable: finish_variable(s); break;
     case sk_subroutine:
     case sk_function:
@@ -365,6 +366,12 @@ void report_if_unused(const symbol *s) {
 } // namespace
 
 void finish_row(std::int32_t depth) {
+    // Ahead of all reports: a variable is in use if another one is that shares its storage.
+    for (const symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
+        if (s->flags & sf_referenced) {
+            mark_entity(s);
+        }
+    }
     for (symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
         // First, for the entities take their accessibility from it: a PUBLIC or PRIVATE without a list
         // reaches the names declared ahead of it too.

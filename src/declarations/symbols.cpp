@@ -654,11 +654,7 @@ static bool has_markable_entity(symbol_kind kind) {
            (kind >= sk_external_unused && kind <= sk_dummy_procedure) || kind == sk_namelist;
 }
 
-void note_use(use_kind use, symbol *s, source_pos position) {
-    note_symbol_use(use, s, position);
-    if (use == use_modified && s->kind == sk_variable && (s->var_flags & vf_do_variable)) {
-        warning_at(msg_do_variable_modified_within_do_loop, position);
-    }
+void mark_entity(const symbol *s) {
     if (!s->entity || !has_markable_entity(s->kind)) {
         return;
     }
@@ -669,6 +665,14 @@ void note_use(use_kind use, symbol *s, source_pos position) {
             o->assoc.variable->source_corresp.referenced = true;
         }
     }
+}
+
+void note_use(use_kind use, symbol *s, source_pos position) {
+    note_symbol_use(use, s, position);
+    if (use == use_modified && s->kind == sk_variable && (s->var_flags & vf_do_variable)) {
+        warning_at(msg_do_variable_modified_within_do_loop, position);
+    }
+    mark_entity(s);
 }
 
 } // namespace zf90
