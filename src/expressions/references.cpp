@@ -304,12 +304,12 @@ bool is_assignment(const expr_node *node) {
     }
 }
 
-// The body of a statement function, an assignment to the result that is built as such.
-bool check_built_assignment(expr_node *node, std::uint32_t flags, object *routine) {
+// The body of a statement function is built as an assignment to its result.
+bool check_stmt_function_body(expr_node *node, std::uint32_t flags, object *routine) {
     expr_node *const result = node->operands;
     expr_node *&value = result->next;
     if (!check_expression(result, ecf_designator, routine) || !check_expression(value, flags, routine) ||
-        ((flags & ecf_stmt_func) && !stmt_func_walk(value)) || !assign_conversion(result->type, value)) {
+        !stmt_func_walk(value) || !assign_conversion(result->type, value)) {
         return false;
     }
     result->intent_out = true;
@@ -346,11 +346,11 @@ bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     case enk_param: node->type = node->parameter->type; return true;
     case enk_data_implied_do_var: node->type = default_integer(); return true;
     case enk_operation:
-        if (is_assignment(node)) {
-            return check_built_assignment(node, flags, routine);
+        if ((flags & ecf_stmt_func) && is_assignment(node)) {
+            return check_stmt_function_body(node, flags, routine);
         }
         [[fallthrough]];
-    // These are built by the checks themselves, of parts that have been checked, and of references to such.
+    // The others are built of parts that have been checked and of references to such; so are those of ASSIGN.
     case enk_intrinsic: return check_list(node->operands, ecf_whole_assumed_size, routine);
     default: return true;
     }
