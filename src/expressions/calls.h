@@ -56,5 +56,6 @@ object *global_entity(object *o);
 
 // Marks what an internal procedure uses of its host.
 void note_host_reference(object *o, object *routine);
+void note_host_type(type *t, object *routine); // of a value that names no object
 
 } // namespace zf90
