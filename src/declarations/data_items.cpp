@@ -8,6 +8,7 @@
 #include "driver/options.h"
 #include "expressions/check.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/types.h"
 
@@ -66,6 +67,7 @@ bool check_controls(const expr_node *item) {
 }
 
 bool check_element(const expr_node *e) {
+    note_definition(e);
     if (e->node_kind == enk_error) {
         return false;
     }
@@ -251,20 +253,24 @@ bool visit_section(const expr_node *node, const designator_place &place, part_vi
     return true;
 }
 
-// The bytes of the elements of a whole array; an empty one has the size of an element.
-std::int64_t length_of_whole(const type *t, std::int64_t size) {
-    if (!is_array(t) || !bounds_of_type(t)) {
-        return size;
+// The bytes of all elements of an object. Its own size is no measure: an array without elements, and one of
+// empty texts, have the size of an element.
+std::int64_t length_of_whole(const designator_place &place) {
+    const type *t = place.type;
+    const bound_info_entry *bounds = is_array(t) ? bounds_of_type(t) : nullptr;
+    if (!bounds) {
+        return place.length;
     }
-    const bound_info_entry *bounds = bounds_of_type(t);
+    std::int64_t length = t->array.element_type->size;
     for (unsigned i = 0; i < t->array.rank; ++i) {
         const bound &lower = bounds->bounds[i];
         const bound &upper = bounds->bounds[t->array.rank + i];
-        if (lower.kind == bound_constant && upper.kind == bound_constant && upper.value < lower.value) {
-            return 0;
+        if (lower.kind != bound_constant || upper.kind != bound_constant) {
+            return place.length;
         }
+        length *= static_cast<std::int64_t>(constant_extent(lower, upper));
     }
-    return size;
+    return length;
 }
 
 // Visits the stretches of a variable that a designator stands for, in order.
@@ -284,7 +290,7 @@ bool visit_parts_of(expr_node *node, part_visitor visit) {
         if (!find_place(node, place_in_data, place)) {
             return false;
         }
-        place.length = length_of_whole(place.type, place.length);
+        place.length = length_of_whole(place);
         return visit(place);
     }
     case enk_ref: return visit_parts(node->reference, visit);
@@ -407,7 +413,11 @@ bool check_data_item(expr_node *item, object *routine) {
     if (!check_controls(item) || !check_expression(item, ECF_DATA_OBJECT, routine)) {
         return false;
     }
-    return item->node_kind != enk_implied_do || check_elements(item);
+    if (item->node_kind == enk_implied_do) {
+        return check_elements(item);
+    }
+    note_definition(item);
+    return true;
 }
 
 bool walk_data_item(expr_node *item, item_visitor visitor) {
