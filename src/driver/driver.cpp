@@ -7,6 +7,7 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "intrinsics/seed_table.h"
+#include "modules/module_files.h"
 #include "output/il_writer.h"
 #include "source/files.h"
 #include "source/lines.h"
@@ -169,6 +170,7 @@ void fe_init() {
     remark_count = warning_count = error_count = catastrophe_count = 0;
     il_init();
     init_seed_tables();
+    modules_init();
     lexer_init();
     main_program_seen = false;
     il_root = {};
@@ -206,6 +208,7 @@ void compile(int argc, char **argv) {
     finish_listing_outputs();
     if (error_count == 0) {
         merge_constants(&il_root);
+        write_module_files(il_root);
         write_il_file(il_root);
     }
     const int code = error_count != 0     ? completion_errors

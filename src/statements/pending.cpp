@@ -35,7 +35,6 @@ PENDING(rewind)
 PENDING(save)
 PENDING(sequence)
 PENDING(type_definition)
-PENDING(use)
 PENDING(write)
 // clang-format on
 
