@@ -2,6 +2,7 @@
 // INTRINSIC, INTENT, OPTIONAL, PARAMETER, SAVE, PUBLIC and PRIVATE.
 #include "declarations/declarations.h"
 #include "declarations/implicit.h"
+#include "declarations/interfaces.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "driver/diagnostics.h"
@@ -71,8 +72,30 @@ bool read_named_constant() {
     return good;
 }
 
+// An item of PUBLIC or PRIVATE, which has been peeked at.
+bool read_access_item(attribute access) {
+    lex_rewind_token();
+    name_locator name;
+    symbol *s = read_generic_spec(name, curr_scope_depth);
+    if (!s || !name.atom) {
+        if (!s) {
+            error_pos = curr_token_pos;
+            syntax_error(msg_expected_identifier);
+        }
+        return false;
+    }
+    if (s->kind == sk_host_link) {
+        error_at(msg_invalid_redeclaration_of_host_symbol, name.position, name.atom->spelling);
+        return true;
+    }
+    attribute_set set = attributes({access});
+    const bool good = check_attributes(s, set, name.position);
+    apply_attributes(s, set, name);
+    return good;
+}
+
 bool access_statement(attribute access) {
-    if (next_token(0) == tok_eos) {
+    if (next_token(lex_peek) == tok_eos || in_type_def) {
         scope_row &row = curr_row();
         if (row.access_stated) {
             error_at(msg_access_statement_has_been_already_specified, stmt_pos);
@@ -82,8 +105,13 @@ bool access_statement(attribute access) {
         row.names_public = access == attr_public;
         return true;
     }
-    accept_optional(tok_double_colon, 0);
-    return read_plain_list(attributes({access}));
+    accept_optional(tok_double_colon, lex_peek);
+    const stop_at stop({tok_comma});
+    bool good = true;
+    do {
+        good = read_access_item(access) && good;
+    } while (accept_optional(tok_comma, lex_peek));
+    return good;
 }
 
 } // namespace

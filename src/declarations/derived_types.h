@@ -14,4 +14,16 @@ symbol *use_derived_type(symbol *s, name_locator &name);
 // missing.
 void finish_open_type();
 
+// For a type, or an array of it, that was named before it was defined: the type that is meant, of the unit or
+// of its host. Error 465 if there is none by now. Other types are returned as they are.
+type *resolve_forward_type(type *t);
+
+// When the specification part ends: settles the types of the implicit rules and of the function's result that
+// were named before they were defined.
+void fix_forward_types();
+
+// Checks the components of a derived type: those that point to a type of the host get that type, and the
+// rules of sequence types and of public types are applied. False if something was reported.
+bool check_components(type *t);
+
 } // namespace zf90

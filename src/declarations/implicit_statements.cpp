@@ -2,6 +2,7 @@
 #include "declarations/implicit.h"
 #include "declarations/scopes.h"
 #include "declarations/type_spec.h"
+#include "declarations/units.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
 #include "il/entries.h"
@@ -75,7 +76,12 @@ bool read_implicit_type() {
     case tok_kw_integer: return read_implicit_selector(read_type_integer, default_integer());
     case tok_kw_logical: return read_implicit_selector(read_type_logical, default_logical());
     case tok_kw_real: return read_implicit_selector(read_type_real, default_real());
-    case tok_kw_type: return read_type_derived(0);
+    case tok_kw_type: {
+        in_prefix_type = true;
+        const bool good = read_type_derived(0);
+        in_prefix_type = false;
+        return good;
+    }
     case tok_kw_in:
         if (next_token(lex_keyword) == tok_kw_teger) {
             return read_implicit_selector(read_type_integer, default_integer());

@@ -67,16 +67,6 @@ error_code check_entry(const procedure_header &h, atom *name) {
     return may_be_result ? no_error : msg_declaration_conflicts_with_previous_specifications;
 }
 
-// The procedure that MODULE PROCEDURE has hidden behind a generic of the same name.
-symbol *hidden_module_procedure(const atom *name, std::int32_t depth) {
-    for (symbol *s = name->first_symbol; s; s = s->next_same_name) {
-        if (s->kind == sk_module_procedure && s->scope_depth == depth && !(s->flags & sf_visible)) {
-            return s;
-        }
-    }
-    return nullptr;
-}
-
 error_code check_existing(procedure_header &h, symbol *&s, const name_locator &name) {
     const bool is_external = !is_internal(h);
     switch (s->kind) {
@@ -127,10 +117,7 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
         h.reused = entity_as<object>(s);
         return no_error;
     }
-    case sk_host_candidate:
-        s->flags |= (s->aux2 & cf_referenced ? sf_referenced : 0u) |
-                    (s->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
-        return no_error;
+    case sk_host_candidate: s->flags |= marks_from_within(s); return no_error;
     default: return msg_declaration_conflicts_with_previous_specifications;
     }
 }
@@ -224,6 +211,15 @@ object *new_routine_object(symbol *s, type *return_type) {
     }
     o->type = new_routine_type(o, return_type);
     return o;
+}
+
+symbol *hidden_module_procedure(const atom *name, std::int32_t depth) {
+    for (symbol *s = name->first_symbol; s; s = s->next_same_name) {
+        if (s->kind == sk_module_procedure && s->scope_depth == depth && !(s->flags & sf_visible)) {
+            return s;
+        }
+    }
+    return nullptr;
 }
 
 routine_variant &routine_of(const object *o) { return o->type->routine; }
@@ -346,8 +342,7 @@ error_code check_dummy(const dummy_list &list, symbol *s, const name_locator &na
         return no_error;
     }
     case sk_host_candidate:
-        s->flags |= (s->aux2 & cf_referenced ? sf_referenced : 0u) |
-                    (s->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
+        s->flags |= marks_from_within(s);
         make_dummy(s, sk_dummy, unknown_type());
         return no_error;
     default: return msg_identifier_is_not_variable;

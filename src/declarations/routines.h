@@ -14,6 +14,10 @@ object *new_routine_object(symbol *s, type *return_type);
 // The variant of a routine's type. The object must be a routine.
 routine_variant &routine_of(const object *o);
 
+// The procedure that MODULE PROCEDURE has hidden, in the scope of that depth, behind a generic of the same
+// name; or null.
+symbol *hidden_module_procedure(const atom *name, std::int32_t depth);
+
 // Joins a routine with the current scope: as the unit's own, or as an ENTRY if the scope has a routine, with
 // an `entry_description` that is returned. Null for the unit's own.
 entry_description *new_unit_routine(object *routine);

@@ -31,6 +31,8 @@ struct unit_state {
     struct common_info *common_list;       // the COMMON blocks, in order of first mention
     object_list_member *alternate_returns; // the objects of "*" dummy arguments, in order
     object_list_member *last_alternate_return;
+    struct prefix_type
+        *prefix;         // of a function's type, to be resolved yet (declarations/type_spec.h); or null
     bool spec_part_over; // an executable statement or CONTAINS has been met
     bool has_automatic;  // the unit has automatic objects
     bool global_save;    // SAVE without a list

@@ -535,8 +535,7 @@ static void become_local_name(symbol *s) {
     }
 }
 
-// The marks of uses that inner scopes have left in a candidate, as flags.
-static std::uint32_t marks_from_within(const symbol *candidate) {
+std::uint32_t marks_from_within(const symbol *candidate) {
     return (candidate->aux2 & cf_referenced ? sf_referenced : 0u) |
            (candidate->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
 }

@@ -141,6 +141,9 @@ bool is_quiet(const symbol *s);
 // it.
 symbol *resolve_candidate(symbol *s);
 
+// The marks of uses that inner scopes have left in a candidate, as flags.
+std::uint32_t marks_from_within(const symbol *candidate);
+
 // Settles a forward type: a host link if the host has a type of that name, else error 455 and a derived type.
 void finish_forward_type(symbol *s);
 

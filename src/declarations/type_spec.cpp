@@ -8,6 +8,7 @@
 #include "declarations/units.h"
 #include "expressions/check.h"
 #include "expressions/parser.h"
+#include "il/arena.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
 #include "statements/loop.h"
@@ -45,12 +46,11 @@ bool fold_kind(expr_node *selector, std::int32_t &kind) {
     return true;
 }
 
-// Reads the value of a numeric kind selector behind its "(".
-bool read_kind_value(std::int32_t &kind) {
+// Reads a numeric kind selector behind its "(".
+bool read_kind_selector(expr_node *&selector) {
     const stop_at stops{tok_rparen};
     next_token(selector_mode);
     const source_pos position = curr_token_pos;
-    expr_node *selector = nullptr;
     if (!parse_actual_item(selector)) {
         return false;
     }
@@ -58,31 +58,43 @@ bool read_kind_value(std::int32_t &kind) {
         error_at(msg_invalid_specifier, position);
         return false;
     }
-    // An expression that does not end here is reported by what comes next.
-    return curr_token == tok_rparen && fold_kind(selector, kind);
+    return curr_token == tok_rparen; // what else ends it is reported by what comes next
 }
 
-type *report_missing_kind(bool missing, type *t) {
+type *report_missing_kind(bool missing, type *t, source_pos position) {
     if (missing) {
-        error_at(msg_kind_value_does_not_specify_representation_method, curr_token_pos);
+        error_at(msg_kind_value_does_not_specify_representation_method, position);
     }
     return t;
 }
 
-bool read_numeric_type(std::uint32_t mode, type *default_type, type *(*type_of_kind)(std::int32_t, bool &)) {
+// The type of a class and a kind selector. `closing` is behind the selector.
+type *numeric_type_of(type_code code, expr_node *selector, source_pos closing) {
+    std::int32_t kind = 0;
+    if (!fold_kind(selector, kind)) {
+        return error_type();
+    }
+    bool missing = false;
+    type *t = nullptr;
+    switch (code) {
+    case tk_float: t = real_type_for_kind_number(kind, missing); break;
+    case tk_complex: t = complex_type_for_kind_number(kind, missing); break;
+    case tk_logical: t = logical_type_for_kind_number(kind, missing); break;
+    default: t = integer_type_for_kind_number(kind, missing); break;
+    }
+    return report_missing_kind(missing, t, closing);
+}
+
+bool read_numeric_type(std::uint32_t mode, type *default_type) {
     char_star_form = false;
     curr_type_spec = default_type;
     if (next_token(mode) != tok_lparen) {
         return true;
     }
-    std::int32_t kind = 0;
-    if (read_kind_value(kind)) {
-        bool missing = false;
-        type *t = type_of_kind(kind, missing);
-        curr_type_spec = report_missing_kind(missing, t);
-    } else {
-        curr_type_spec = error_type();
-    }
+    expr_node *selector = nullptr;
+    curr_type_spec = read_kind_selector(selector)
+                         ? numeric_type_of(default_type->type_code, selector, curr_token_pos)
+                         : error_type();
     return accept_closing(tok_rparen, msg_expected_rparen, mode);
 }
 
@@ -225,25 +237,141 @@ struct character_selectors {
             read_kind();
         }
     }
+
+    // From the "(" to the ")".
+    bool read() {
+        const stop_at stops{tok_comma, tok_rparen};
+        next_token(selector_mode);
+        read_first();
+        if (accept_optional(tok_comma, selector_mode)) {
+            read_second();
+        }
+        return !failed && curr_token == tok_rparen;
+    }
 };
+
+// The character type of the selectors that are given. `closing` is behind them.
+type *selected_character_type(expr_node *kind, const char_length &length, source_pos closing) {
+    std::int32_t kind_number = default_kind_number();
+    if (kind && !fold_kind(kind, kind_number)) {
+        return error_type();
+    }
+    bool missing = false;
+    type *t = character_type_of(kind_number, length, missing);
+    return report_missing_kind(missing, t, closing);
+}
+
+// The length in parentheses behind "*"; at the "(". The character type needs no length to be assumed.
+bool read_star_length(bool may_be_assumed, char_length &length) {
+    const stop_at stops{tok_rparen};
+    next_token(lex_signed);
+    if (curr_token == tok_star && may_be_assumed) {
+        length.assumed = true;
+        next_token(0);
+        return true;
+    }
+    return parse_length(length.expression);
+}
+
+// ---- the prefix of a function
+
+// From the token in front of the "(" of selectors on, passes over them. Whether they name something.
+bool selectors_have_names() {
+    bool found = false;
+    if (next_token(lex_peek | lex_lone_star) == tok_star) {
+        next_token(lex_peek | lex_lone_lparen);
+    }
+    if (curr_token != tok_lparen) {
+        return false;
+    }
+    for (int depth = 1; depth > 0;) {
+        switch (next_token(lex_peek | lex_specifier)) {
+        case tok_lparen:
+        case tok_array_open: ++depth; break;
+        case tok_rparen:
+        case tok_array_close: --depth; break;
+        case tok_eos: return false;
+        case tok_name: found = true; break;
+        default: break;
+        }
+    }
+    return found;
+}
+
+type_code class_of_word() {
+    switch (curr_token) {
+    case tok_kw_character: return tk_fcharacter;
+    case tok_kw_complex: return tk_complex;
+    case tok_kw_logical: return tk_logical;
+    case tok_kw_real: return tk_float;
+    default: return tk_integer;
+    }
+}
 
 } // namespace
 
-bool read_type_integer(std::uint32_t mode) {
-    return read_numeric_type(mode, default_integer(), integer_type_for_kind_number);
+prefix_type *skip_named_selectors(std::uint32_t mode) {
+    const type_code code = class_of_word();
+    char *const start = line_cursor;
+    {
+        saved_place place;
+        if (!selectors_have_names()) {
+            return nullptr;
+        }
+        place.stay();
+    }
+    auto *prefix = il_new<prefix_type>();
+    prefix->start = start;
+    prefix->provisional = new_type(code);
+    complete_type(prefix->provisional);
+    curr_type_spec = prefix->provisional;
+    next_token(mode);
+    return prefix;
 }
 
-bool read_type_real(std::uint32_t mode) {
-    return read_numeric_type(mode, default_real(), real_type_for_kind_number);
+void read_skipped_selectors(prefix_type &prefix) {
+    const saved_place place;
+    line_cursor = prefix.start;
+    char_length length;
+    bool good = false;
+    if (prefix.provisional->type_code != tk_fcharacter) {
+        next_token(0);
+        good = read_kind_selector(prefix.kind);
+    } else if (next_token(lex_lone_star) == tok_star) {
+        next_token(lex_lone_lparen);
+        good = read_star_length(true, length);
+    } else {
+        character_selectors selectors;
+        good = selectors.read();
+        prefix.kind = selectors.kind;
+        length = selectors.length;
+    }
+    prefix.length = length.expression;
+    prefix.assumed_length = length.assumed;
+    prefix.closing = curr_token_pos;
+    const bool closed = accept_closing(tok_rparen, msg_expected_rparen, 0);
+    prefix.failed = !good || !closed;
 }
 
-bool read_type_complex(std::uint32_t mode) {
-    return read_numeric_type(mode, default_complex(), complex_type_for_kind_number);
+type *resolve_prefix_type(prefix_type &prefix) {
+    if (prefix.failed) {
+        return error_type();
+    }
+    const type_code code = prefix.provisional->type_code;
+    if (code != tk_fcharacter) {
+        return numeric_type_of(code, prefix.kind, prefix.closing);
+    }
+    const char_length length{.assumed = prefix.assumed_length, .expression = prefix.length};
+    return selected_character_type(prefix.kind, length, prefix.closing);
 }
 
-bool read_type_logical(std::uint32_t mode) {
-    return read_numeric_type(mode, default_logical(), logical_type_for_kind_number);
-}
+bool read_type_integer(std::uint32_t mode) { return read_numeric_type(mode, default_integer()); }
+
+bool read_type_real(std::uint32_t mode) { return read_numeric_type(mode, default_real()); }
+
+bool read_type_complex(std::uint32_t mode) { return read_numeric_type(mode, default_complex()); }
+
+bool read_type_logical(std::uint32_t mode) { return read_numeric_type(mode, default_logical()); }
 
 bool read_type_character(std::uint32_t mode) {
     char_star_form = false;
@@ -261,24 +389,9 @@ bool read_type_character(std::uint32_t mode) {
         return true;
     }
     character_selectors selectors;
-    {
-        const stop_at stops{tok_comma, tok_rparen};
-        next_token(selector_mode);
-        selectors.read_first();
-        if (accept_optional(tok_comma, selector_mode)) {
-            selectors.read_second();
-        }
-    }
-    std::int32_t kind = default_kind_number();
-    curr_type_spec = error_type();
-    if (!selectors.failed && curr_token == tok_rparen) {
-        bool missing = false;
-        type *t = error_type();
-        if (!selectors.kind || fold_kind(selectors.kind, kind)) {
-            t = character_type_of(kind, selectors.length, missing);
-        }
-        curr_type_spec = report_missing_kind(missing, t);
-    }
+    curr_type_spec = selectors.read()
+                         ? selected_character_type(selectors.kind, selectors.length, curr_token_pos)
+                         : error_type();
     return accept_closing(tok_rparen, msg_expected_rparen, mode);
 }
 
@@ -303,17 +416,7 @@ type *read_char_length(type *base, std::uint32_t mode) {
         return error_type();
     }
     char_length length;
-    bool ok = true;
-    {
-        const stop_at stops{tok_rparen};
-        next_token(lex_signed);
-        if (curr_token == tok_star && base->type_code == tk_fcharacter) {
-            length.assumed = true;
-            next_token(0);
-        } else {
-            ok = parse_length(length.expression);
-        }
-    }
+    const bool ok = read_star_length(base->type_code == tk_fcharacter, length);
     type *t = error_type();
     if (ok && curr_token == tok_rparen) {
         t = character_type_of(character_kinds[base->kind].kind_number, length, missing);

@@ -305,6 +305,9 @@ bool read_subprogram(bool is_entry, type *result_type) {
     if (!is_subroutine) {
         ok &= read_result(procedure, entry, !ok);
     }
+    if (curr_unit.prefix && !is_entry) {
+        read_skipped_selectors(*curr_unit.prefix);
+    }
     if (is_entry) {
         statement *entry_point = add_statement(stmk_fentry);
         entry_point->entry_descr = entry;
@@ -329,14 +332,27 @@ bool next_piece(token_kind piece) { return next_token(lex_keyword) == piece; }
 // Reads a type specifier from its first token, in keyword mode, and leaves the type in `curr_type_spec` and
 // the token behind it current, read in keyword mode too. False if the token begins none.
 bool read_prefix_type() {
+    if (curr_token == tok_kw_in && !next_piece(tok_kw_teger)) {
+        return false;
+    }
+    switch (curr_token) {
+    case tok_kw_character:
+    case tok_kw_complex:
+    case tok_kw_integer:
+    case tok_kw_logical:
+    case tok_kw_real:
+    case tok_kw_teger:
+        curr_unit.prefix = skip_named_selectors(lex_keyword);
+        if (curr_unit.prefix) {
+            return true;
+        }
+        break;
+    default: break;
+    }
     switch (curr_token) {
     case tok_kw_character: read_type_character(lex_keyword); return true;
     case tok_kw_complex: read_type_complex(lex_keyword); return true;
-    case tok_kw_in:
-        if (!next_piece(tok_kw_teger)) {
-            return false;
-        }
-        [[fallthrough]];
+    case tok_kw_teger:
     case tok_kw_integer: read_type_integer(lex_keyword); return true;
     case tok_kw_logical: read_type_logical(lex_keyword); return true;
     case tok_kw_real: read_type_real(lex_keyword); return true;
@@ -431,12 +447,43 @@ bool stmt_contains() {
     return true;
 }
 
+namespace {
+
+// The type in front of FUNCTION takes the place of the provisional one.
+void settle_prefix_type() {
+    prefix_type *const prefix = curr_unit.prefix;
+    curr_unit.prefix = nullptr;
+    if (!prefix) {
+        return;
+    }
+    type *const resolved = resolve_prefix_type(*prefix);
+    const auto replace = [&](type *&t) {
+        if (t == prefix->provisional) {
+            t = resolved;
+        } else if (is_array(t) && t->array.element_type == prefix->provisional) {
+            t->array.element_type = resolved;
+            t->size = 0;
+            complete_type(t);
+        }
+    };
+    scope *const s = curr_row().il_scope;
+    replace(routine_of(s->assoc_routine).return_type);
+    if (object *result = s->function_result_var) {
+        replace(result->type);
+        raise_result_storage(result);
+    }
+}
+
+} // namespace
+
 void end_of_specification() {
     scope_row &row = curr_row();
     if (row.row_kind != sr_unit || row.spec_done) {
         return;
     }
     row.spec_done = true;
+    settle_prefix_type();
+    fix_forward_types();
     layout_storage();
 }
 

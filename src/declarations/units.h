@@ -7,7 +7,8 @@
 
 namespace zf90 {
 
-// While the type of a function's prefix is read: TYPE(name) may name a type that the function declares later.
+// While the type of a function's prefix or of IMPLICIT is read: TYPE(name) may name a type that the unit
+// defines later.
 extern bool in_prefix_type;
 
 // Opens a unit: its row, its body (a module has none) and its state. The state of the unit around it is kept

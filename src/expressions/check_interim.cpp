@@ -1,8 +1,8 @@
-// Stands in for the check and the folding of expressions, and for derived types, until they exist: literals,
+// Stands in for the check and the folding of expressions until they exist: literals,
 // signed ones, and named constants have a value, and nothing else has. To be replaced as a whole.
 #include "constants/folding.h"
-#include "declarations/derived_types.h"
 #include "declarations/scopes.h"
+#include "declarations/symbols.h"
 #include "driver/options.h"
 #include "expressions/check.h"
 #include "il/constants.h"
@@ -103,21 +103,6 @@ bool check_initializer(constant *value) {
     value->type = c->type;
     value->value.bytes = c->value.bytes;
     return true;
-}
-
-symbol *use_derived_type(symbol *s, name_locator &name) {
-    if (s && s->kind == sk_derived_type) {
-        return s;
-    }
-    if (s) {
-        error_at(msg_identifier_is_not_derived_type_name, name.position);
-        name.atom = nullptr;
-    } else {
-        error_at(msg_undefined_derived_type, name.position);
-    }
-    s = new_symbol(sk_derived_type, name, curr_scope_depth);
-    s->entity = error_type();
-    return s;
 }
 
 } // namespace zf90

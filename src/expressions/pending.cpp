@@ -67,11 +67,6 @@ bool handle_or(expr_node *, std::uint32_t, object *) { return true; }
 bool handle_eqv(expr_node *, std::uint32_t, object *) { return true; }
 bool handle_neqv(expr_node *, std::uint32_t, object *) { return true; }
 
-// intrinsics
-bool run_intrinsic_handler(intrinsic_code, expr_node *, std::uint32_t, object *) { return true; }
-bool is_inquiry(intrinsic_code) { return false; }
-bool restricted_walk(expr_node *, object *) { return true; }
-bool stmt_func_walk(expr_node *) { return true; }
 
 // the end of the compilation
 bool check_object(object *) { return true; }

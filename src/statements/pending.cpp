@@ -1,6 +1,5 @@
 // What does not exist yet: each handler skips its statement and succeeds, and variables get no storage.
 // Whoever writes one deletes its line here.
-#include "declarations/derived_types.h"
 #include "declarations/storage.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
@@ -18,29 +17,20 @@ PENDING(common)
 PENDING(data)
 PENDING(deallocate)
 PENDING(endfile)
-PENDING(end_interface)
-PENDING(end_type)
 PENDING(equivalence)
 PENDING(format)
-PENDING(stmt_function)
 PENDING(inquire)
-PENDING(interface)
 PENDING(namelist)
 PENDING(nullify)
 PENDING(open)
 PENDING(print)
-PENDING(module_procedure)
 PENDING(read)
 PENDING(rewind)
 PENDING(save)
-PENDING(sequence)
-PENDING(type_definition)
 PENDING(write)
 // clang-format on
 
 #undef PENDING
-
-void finish_open_type() {}
 
 void layout_storage() {}
 

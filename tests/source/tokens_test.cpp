@@ -88,7 +88,7 @@ std::vector<std::uint32_t> apply_options(const std::string &options) {
 
 class TokenListings : public TokenFixture, public testing::WithParamInterface<const char *> {
 protected:
-    const std::filesystem::path folder = std::filesystem::path(__FILE__).parent_path(); // absolute
+    const std::filesystem::path folder = std::filesystem::path(TESTS_FOLDER) / "source";
 };
 
 TEST_P(TokenListings, AreAsExpected) {
