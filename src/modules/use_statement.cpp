@@ -158,16 +158,25 @@ symbol *local_symbol(const atom *name, std::int32_t level) {
     return s && s->scope_depth == level ? s : nullptr;
 }
 
+// If no name stands here, the item is given up.
+bool name_is_here() {
+    if (curr_token == tok_name) {
+        return true;
+    }
+    error_pos = curr_token_pos;
+    syntax_error(msg_expected_identifier);
+    return false;
+}
+
 // "name => name" of the list without ONLY.
 void read_rename(const used_module &m) {
-    if (!expect_token(tok_name, msg_expected_identifier)) {
+    if (!name_is_here()) {
         return;
     }
     const name_locator name = curr_name;
     symbol *local = local_symbol(name.atom, m.level);
     next_token(0);
-    if (!accept_token(tok_arrow, msg_expected_arrow, 0) ||
-        !expect_token(tok_name, msg_expected_identifier)) {
+    if (!accept_token(tok_arrow, msg_expected_arrow, 0) || !name_is_here()) {
         return;
     }
     use_symbol(local, name, find_in_module(m.module, curr_name.atom), m);
@@ -209,7 +218,7 @@ void read_only_item(const used_module &m) {
         return;
     }
     next_token(0);
-    if (expect_token(tok_name, msg_expected_identifier)) {
+    if (name_is_here()) {
         use_symbol(local, name, find_in_module(m.module, curr_name.atom), m);
         next_token(0);
     }
