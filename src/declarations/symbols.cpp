@@ -421,8 +421,8 @@ void make_quiet(symbol *s) {
     set_symbol_kind(s, sk_undetermined);
     s->entity = error_type();
     s->from_module = nullptr;
-    s->flags = (s->flags & ~std::uint32_t{sf_ambiguous | sf_type_implicit}) | sf_typed | sf_inferred |
-               sf_referenced;
+    s->flags =
+        (s->flags & ~std::uint32_t{sf_ambiguous | sf_type_implicit}) | sf_typed | sf_inferred | sf_referenced;
 }
 
 bool is_quiet(const symbol *s) {

@@ -15,6 +15,7 @@
 // and a constant `reading`: what the writer leaves out of a form of the file is read like the rest.
 #pragma once
 
+#include "driver/diagnostics.h"
 #include "il/entries.h"
 #include "il/records.h"
 

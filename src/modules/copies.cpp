@@ -176,6 +176,19 @@ type *use_derived_type_of_module(type *source, type *existing, std::int32_t leve
     return copy;
 }
 
+// Several entries of a procedure may have one dummy procedure.
+type *use_param_type(type *source, std::int32_t level) {
+    if (source->type_code != tk_routine) {
+        return use_type(source, nullptr, level);
+    }
+    const copy_key key{scope_at(level), source, nullptr, 0, copied_type};
+    type *copy = find_copy<type>(key);
+    if (!copy) {
+        copies[key] = copy = use_type(source, nullptr, level);
+    }
+    return copy;
+}
+
 type *use_routine_type(const type *source, std::int32_t level) {
     type *copy = fresh_copy(source);
     copy->routine.return_type = use_type(source->routine.return_type, nullptr, level);
@@ -187,7 +200,7 @@ type *use_routine_type(const type *source, std::int32_t level) {
         param->il_id = 0;
         param->symbol_link = nullptr;
         param->next = nullptr;
-        param->type = use_type(p->type, nullptr, level);
+        param->type = use_param_type(p->type, level);
         (last ? last->next : copy->routine.param_type_list) = param;
         last = param;
     }
@@ -195,29 +208,12 @@ type *use_routine_type(const type *source, std::int32_t level) {
 }
 
 type *use_type_of_code(type *source, type *existing, std::int32_t level) {
-    const std::uint32_t kind = source->kind;
     switch (source->type_code) {
-    case tk_void: return void_type();
-    case tk_stmt_label: return stmt_label_type();
-    case tk_format: return format_type();
-    case tk_unspec_routine: return unspec_routine_type();
-    case tk_error: return error_type();
-    case tk_unknown: return unknown_type();
-    case tk_integer: return kind < integer_kind_count ? integer_type(kind) : source;
-    case tk_logical: return kind < logical_kind_count ? logical_type(kind) : source;
-    case tk_float: return kind < real_kind_count ? real_type(kind) : source;
-    case tk_complex: return kind < real_kind_count ? complex_type(kind) : source;
     case tk_fcharacter:
-        if (kind < character_kind_count) {
-            if (source->character.length.kind == bound_constant) {
-                return character_type(kind, source->character.length.value);
-            }
-            if (source->character.length.kind == bound_assumed) {
-                return assumed_character_type(kind);
-            }
-        }
-        return fresh_copy(source);
-    case tk_association: return fresh_copy(source);
+    case tk_association: {
+        type *own = type_of_this_compilation(source);
+        return own == source ? fresh_copy(source) : own;
+    }
     case tk_farray: {
         type *copy = fresh_copy(source);
         copy->array.element_type = use_type(source->array.element_type, nullptr, level);
@@ -225,11 +221,35 @@ type *use_type_of_code(type *source, type *existing, std::int32_t level) {
     }
     case tk_routine: return use_routine_type(source, level);
     case tk_derived_type: return use_derived_type_of_module(source, existing, level);
-    default: return source;
+    default: return type_of_this_compilation(source);
     }
 }
 
 } // namespace
+
+type *type_of_this_compilation(type *t) {
+    const std::uint32_t kind = t->kind;
+    switch (t->type_code) {
+    case tk_void: return void_type();
+    case tk_stmt_label: return stmt_label_type();
+    case tk_format: return format_type();
+    case tk_unspec_routine: return unspec_routine_type();
+    case tk_error: return error_type();
+    case tk_unknown: return unknown_type();
+    case tk_integer: return kind < integer_kind_count ? integer_type(kind) : t;
+    case tk_logical: return kind < logical_kind_count ? logical_type(kind) : t;
+    case tk_float: return kind < real_kind_count ? real_type(kind) : t;
+    case tk_complex: return kind < real_kind_count ? complex_type(kind) : t;
+    case tk_fcharacter:
+        if (kind < character_kind_count && t->character.length.kind == bound_constant) {
+            return character_type(kind, t->character.length.value);
+        }
+        return kind < character_kind_count && t->character.length.kind == bound_assumed
+                   ? assumed_character_type(kind)
+                   : t;
+    default: return t;
+    }
+}
 
 type *use_type(type *source, type *existing, std::int32_t level) {
     return deep_call([=] { return use_type_of_code(source, existing, level); });
@@ -656,15 +676,16 @@ named_entry *earlier_copy_of_object(object *source, std::int32_t level) {
     case sc_common: return find_common_storage(source->source_corresp.name);
     case sc_associated: {
         const named_entry *storage = earlier_copy_of_object(source->assoc.variable, level);
-        return storage ? find_copy<object>(
-                             key_of_associated(source, static_cast<const object *>(storage), level))
-                       : nullptr;
+        return storage
+                   ? find_copy<object>(key_of_associated(source, static_cast<const object *>(storage), level))
+                   : nullptr;
     }
     case sc_external: return known_external(source);
     case sc_internal:
     case sc_mod_proc: return module_of(source) ? find_copy<object>(key_of_routine(source, level)) : nullptr;
     default:
-        return is_module_variable(source) ? find_copy<object>(key_of_module_variable(source, level)) : nullptr;
+        return is_module_variable(source) ? find_copy<object>(key_of_module_variable(source, level))
+                                          : nullptr;
     }
 }
 

@@ -9,8 +9,11 @@ namespace zf90 {
 // The module in the global scope: the one that this source defines, or the one copy of it.
 object *use_module_object(object *module);
 
-// Intrinsic types are those of this compilation; of a derived type there is one copy in a scope. If `existing`
-// is not null, it becomes the copy.
+// The type of this compilation that equals an intrinsic type of a file; other types are returned as they are.
+type *type_of_this_compilation(type *t);
+
+// Intrinsic types are those of this compilation; of a derived type there is one copy in a scope. If
+// `existing` is not null, it becomes the copy.
 type *use_type(type *source, type *existing, std::int32_t level);
 
 object *use_routine(object *source, std::int32_t level);

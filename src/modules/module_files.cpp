@@ -28,8 +28,8 @@ std::unordered_map<const symbol *, name_index> indexes;
 
 // ---- writing
 
-// Whether something stands under a name that must not be opened: a pipe, for which opening might never end, or
-// a device.
+// Whether something stands under a name that must not be opened: a pipe, for which opening might never end,
+// or a device.
 bool is_special_file(const char *path) {
     struct stat s;
     return ::stat(path, &s) == 0 && !S_ISREG(s.st_mode) && !S_ISDIR(s.st_mode);
@@ -40,8 +40,8 @@ std::FILE *open_for_writing(const object *module) {
         catastrophe(msg_no_m_optional_argument_to_set_module_search, module->source_corresp.name->spelling);
     }
     char buffer[path_buffer_size];
-    const char *path = make_path(module_search_list.first->name, module->source_corresp.name->spelling, ".mod",
-                                 buffer, sizeof buffer);
+    const char *path = make_path(module_search_list.first->name, module->source_corresp.name->spelling,
+                                 ".mod", buffer, sizeof buffer);
     if (is_special_file(path)) {
         catastrophe(msg_module_file_has_bad_format, path);
     }
