@@ -4,6 +4,7 @@
 #include "declarations/implicit.h"
 #include "declarations/interfaces.h"
 #include "declarations/scopes.h"
+#include "declarations/storage.h"
 #include "declarations/symbols.h"
 #include "driver/diagnostics.h"
 #include "expressions/parser.h"
@@ -92,6 +93,32 @@ bool read_access_item(attribute access) {
     const bool good = check_attributes(s, set, name.position);
     apply_attributes(s, set, name);
     return good;
+}
+
+// The name of a COMMON block between slashes, or "//".
+bool read_saved_block() {
+    const source_pos position = curr_token_pos;
+    if (accept_optional(tok_concat, lex_lone_slash)) {
+        warning_at(msg_blank_common_is_not_allowed, position);
+        return true;
+    }
+    if (next_token(lex_lone_slash) == tok_slash) {
+        warning_at(msg_blank_common_is_not_allowed, position);
+        next_token(lex_lone_slash);
+        return true;
+    }
+    const stop_at stop({tok_slash});
+    if (expect_token(tok_name, msg_expected_identifier)) {
+        name_locator name = curr_name;
+        symbol *block = common_symbol(name);
+        if (block->flags & sf_saved) {
+            warning_at(msg_common_block_was_previously_specified_in_save_statement, curr_token_pos,
+                       block->name->spelling);
+        }
+        block->flags |= sf_saved;
+        next_token(lex_lone_slash);
+    }
+    return accept_token(tok_slash, msg_expected_slash, lex_lone_slash);
 }
 
 bool access_statement(attribute access) {
@@ -244,6 +271,31 @@ bool stmt_parameter() {
         good = read_list(read_named_constant);
     }
     return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
+}
+
+bool stmt_save() {
+    next_token(lex_lone_slash);
+    if (global_save) {
+        error_at(msg_all_variables_already_have_save_specification, stmt_pos);
+        return false;
+    }
+    if (curr_token == tok_eos) {
+        if (any_save) {
+            error_at(msg_some_variables_were_previously_specified_in_save_statement, stmt_pos);
+        }
+        global_save = any_save = true;
+        return true;
+    }
+    accept_optional(tok_double_colon, lex_lone_slash);
+    any_save = true;
+    const attribute_set set = attributes({attr_save, attr_variable});
+    const stop_at stop({tok_comma});
+    bool good = true;
+    do {
+        const bool is_block = curr_token == tok_slash || curr_token == tok_concat;
+        good = (is_block ? read_saved_block() : read_plain_entity(set) != nullptr) && good;
+    } while (accept_optional(tok_comma, lex_lone_slash));
+    return good;
 }
 
 bool stmt_private() { return access_statement(attr_private); }

@@ -31,12 +31,6 @@ void enter_if_named(symbol *s) {
 
 // ---- data
 
-// Whether SAVE without a list reaches an object.
-bool can_be_saved(const object *o) {
-    return o->storage_class == sc_local && !o->is_parameter && !o->is_result && !o->is_auto &&
-           !o->is_constant;
-}
-
 // In BLOCK DATA only what lies in COMMON has a meaning.
 void check_block_data_variable(const symbol *s, object *o) {
     if ((s->var_flags & (vf_in_common | vf_equivalenced)) || (s->flags & sf_implied_do) || o->is_constant) {
@@ -210,6 +204,11 @@ void pass_on_marks(const symbol *s) {
 }
 
 } // namespace
+
+bool can_be_saved(const object *o) {
+    return o->storage_class == sc_local && !o->is_parameter && !o->is_result && !o->is_auto &&
+           !o->is_constant;
+}
 
 void finish_symbol(symbol *s) {
     switch (s->kind) {

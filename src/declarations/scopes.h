@@ -28,7 +28,8 @@ enum program_unit_kind : std::uint8_t {
 struct unit_state {
     struct equiv_group *equiv_groups; // the EQUIVALENCE lists, in order (declarations/storage.h)
     struct equiv_group *last_equiv_group;
-    struct common_info *common_list;       // the COMMON blocks, in order of first mention
+    struct common_info *common_list; // the COMMON blocks, in order of first mention
+    struct common_info *last_common;
     object_list_member *alternate_returns; // the objects of "*" dummy arguments, in order
     object_list_member *last_alternate_return;
     struct prefix_type

@@ -262,6 +262,14 @@ symbol *new_symbol(symbol_kind kind, const name_locator &locator, std::int32_t d
     return s;
 }
 
+void move_to_scope(symbol *s, std::int32_t depth) {
+    unlink_symbol(s);
+    s->scope_depth = depth;
+    s->next_in_scope = nullptr;
+    append_to_row(s);
+    link_symbol(s);
+}
+
 symbol *new_further_symbol(symbol_kind kind, const name_locator &locator, std::int32_t depth) {
     symbol *s = alloc_symbol(kind);
     s->name = locator.atom ? locator.atom : error_atom;

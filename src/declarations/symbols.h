@@ -67,6 +67,9 @@ symbol *new_further_symbol(symbol_kind kind, const name_locator &locator, std::i
 // `var_flags`.
 void set_symbol_kind(symbol *s, symbol_kind kind);
 
+// Brings a symbol of another depth, on no row's list, into the scope of a row above 0.
+void move_to_scope(symbol *s, std::int32_t depth);
+
 // Puts a symbol on its atom's chain, ahead of all symbols that are not deeper. It must be on no chain.
 void link_symbol(symbol *s);
 

@@ -484,6 +484,7 @@ void end_of_specification() {
     row.spec_done = true;
     settle_prefix_type();
     fix_forward_types();
+    spec_part_over = true; // what attributes require is asked for from now on
     layout_storage();
 }
 

@@ -18,23 +18,26 @@ enum binding : std::uint8_t {
     binding_too_few = 2, // actual arguments
     binding_too_many = 3,
     binding_keyword_missing = 4, // or unknown
-    binding_surplus_keywords = 5
+    binding_surplus_keywords = 5,
+    binding_reported = 6 // everything has its place, but an argument is in error
 };
 
 // Matches a list of actual arguments with the dummies of a routine type. With `trial` only the question is
 // answered; else the list is put in the order of the dummies, with keywords, and an `enk_empty` for each one
-// that is absent. `bad_actual` is the argument that does not fit or is too much.
+// that is absent. `bad_actual` is the argument that does not fit or is too much. `routine` is the program
+// unit around the call, or null.
 binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_actual, bool trial,
                        object *routine);
 
 bool match_one_argument(const expr_node *actual, const param_type *param, bool trial);
 
-// The checks between a bound actual argument and its dummy, which is null for an implicit interface.
+// The checks between a bound actual argument and its dummy, which is null for an implicit interface. False
+// after an error, which has been reported.
 bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node *actual,
                                 const param_type *param);
 
-// The `enk_empty` node of an optional argument that is absent.
-expr_node *make_absent_argument(const param_type *param);
+// The `enk_empty` node of an optional argument that is absent from a call in `routine`.
+expr_node *make_absent_argument(const param_type *param, const object *routine);
 
 // The result type of a call, with what depends on the dummies rewritten for these actuals.
 type *instantiate_result_type(type *t, object *specific, expr_node *actuals, object *routine);
@@ -42,6 +45,9 @@ type *instantiate_result_type(type *t, object *specific, expr_node *actuals, obj
 // Rewrites the dummies of `specific` in a tree, in which only what changes is copied: to `enk_param` nodes if
 // `actuals` is null, else to references to the actuals. True if something changed.
 bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals);
+
+// The one object of an external procedure in the whole compilation, if `o` is another one of its name.
+object *global_entity(object *o);
 
 // Marks what an internal procedure uses of its host.
 void note_host_reference(object *o, object *routine);

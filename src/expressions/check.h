@@ -23,6 +23,10 @@ enum expr_check_flags : std::uint32_t {
 };
 static_assert(ECF_INIT == 28 && ECF_SPEC == 56 && ECF_DATA_OBJECT == 66);
 
+inline bool is_restricted_context(std::uint32_t flags) {
+    return (flags & ecf_restricted_a) && (flags & ecf_restricted_b);
+}
+
 // Checks a tree in place, once. `routine` is the program unit around it, or null. False if it is in error:
 // that has been reported, and the node is an `enk_error`.
 bool check_expression(expr_node *node, std::uint32_t flags, object *routine);
@@ -39,5 +43,9 @@ bool section_has_vector_subscript(const expr_node *expr);
 // Checks and completes a type, once: the expressions of bounds and lengths, parameters, components. `routine`
 // is the program unit around it, or null. False if something was in error.
 bool check_type(type *t, object *routine);
+
+// The value of a tree that has been checked, if it has one. What the check could not fold is not tried again,
+// so that nothing is reported twice.
+bool fold_checked(expr_node *node, struct fold_value &value);
 
 } // namespace zf90

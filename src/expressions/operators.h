@@ -14,6 +14,12 @@ type *common_type(type *left, type *right);
 // The element type in the shape of the operands; null if the shapes do not conform.
 type *combine_shapes(type *left, type *right, type *element);
 
+// The element type in the shape of a type, which is the element type itself unless that type is an array.
+type *with_element(type *shape, type *element);
+
+// A copy of a type that is to be checked and completed by itself.
+type *unchecked_copy(const type *t);
+
 // Converts a list of two operands to their common type, which is returned; null if there is none.
 type *convert_operands(expr_node *&operands);
 
@@ -23,8 +29,8 @@ void convert_expr(expr_node *&slot, type *t);
 // Converts the source of an assignment to the destination's type. False after error 385.
 bool assign_conversion(type *destination, expr_node *&source);
 
-// What the context of a reference demands of its operands; error 36, 111, 571 or 600. The first test of every
-// operator and of most intrinsic procedures.
+// What the context of a reference demands of its operands; error 36, 111, 571 or 600, and an error node. The
+// first test of every operator and of most intrinsic procedures.
 bool check_operand_context(expr_node *node, std::uint32_t flags, object *routine);
 
 // The handlers of the intrinsic operators, which rewrite a bound call to an `enk_operation`. False after an

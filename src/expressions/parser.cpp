@@ -430,6 +430,11 @@ bool parse_expression(expr_node *&node) {
     return node->node_kind != enk_error;
 }
 
+bool parse_designator(expr_node *&node) {
+    node = parse(level_none, start_name);
+    return node->node_kind != enk_error;
+}
+
 bool parse_actual_item(expr_node *&node) {
     pending item{};
     read_keyword(item);

@@ -15,6 +15,9 @@ namespace zf90 {
 // False if the node is an `enk_error`. `error_pos` is the start of the expression then and otherwise.
 bool parse_expression(expr_node *&node);
 
+// A name and what may follow it as a part of a designator, at a current name. False for an error node.
+bool parse_designator(expr_node *&node);
+
 // An expression with an optional KEYWORD= or specifier word in front, read with lex_keyword_arg or
 // lex_specifier, which goes into the node. False for an error node.
 bool parse_actual_item(expr_node *&node);

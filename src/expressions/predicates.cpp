@@ -5,6 +5,7 @@
 #include "il/types.h"
 
 #include <algorithm>
+#include <span>
 
 namespace zf90 {
 
@@ -192,6 +193,150 @@ bool param_lists_equal(const type *a, const type *b) {
     return params_equal_but_for_types(a, b) && queued_types_equal();
 }
 
+// ---- matches
+
+namespace {
+
+bool is_unspecified(const type *t) { return t->type_code == tk_unspec_routine; }
+
+bool fits(const type *actual, const type *dummy) {
+    return actual == dummy || types_equal(actual, dummy) || type_matches_dummy(actual, dummy);
+}
+
+bool routine_matches_dummy(const type *actual, const type *dummy) {
+    if (actual->type_code != tk_routine) {
+        return false;
+    }
+    const type *result = actual->routine.return_type;
+    const type *expected = dummy->routine.return_type;
+    if (is_unspecified(result) || is_unspecified(expected)) {
+        return true;
+    }
+    if (actual->routine.is_elemental && is_array(result)) {
+        result = result->array.element_type;
+    }
+    return fits(result, expected);
+}
+
+// The shapes of dummies that take their shape from the actual argument.
+bool takes_shape(const type *dummy) {
+    return dummy->array.shape_kind == assumed_shape || dummy->array.shape_kind == deferred_shape ||
+           dummy->array.shape_kind == as_shaped;
+}
+
+bool matches_dummy_array(const type *actual, const type *dummy) {
+    if (!is_array(actual)) {
+        return fits(actual, dummy->array.element_type) && (!takes_shape(dummy) || dummy->array.rank == 0);
+    }
+    return fits(actual->array.element_type, dummy->array.element_type) &&
+           (!takes_shape(dummy) || shapes_conform(dummy, actual));
+}
+
+} // namespace
+
+bool type_matches_dummy(const type *actual, const type *dummy) {
+    const bool same_code = actual->type_code == dummy->type_code;
+    switch (dummy->type_code) {
+    case tk_void:
+    case tk_stmt_label: return same_code;
+    case tk_integer:
+    case tk_logical:
+    case tk_float:
+    case tk_complex:
+    case tk_fcharacter: return same_code && (dummy->kind == ANY_KIND || dummy->kind == actual->kind);
+    case tk_routine: return routine_matches_dummy(actual, dummy);
+    case tk_farray: return matches_dummy_array(actual, dummy);
+    case tk_derived_type: return false; // equal ones have been accepted before
+    case tk_any_derived: return actual->type_code == tk_derived_type;
+    case tk_any_numerical:
+        return actual->type_code == tk_integer || actual->type_code == tk_float ||
+               actual->type_code == tk_complex;
+    default: return true;
+    }
+}
+
+bool assignment_compatible(const type *destination, const type *source) {
+    if (source->type_code == tk_error) {
+        return true;
+    }
+    switch (destination->type_code) {
+    case tk_integer:
+    case tk_float:
+    case tk_complex:
+        return source->type_code == tk_integer || source->type_code == tk_float ||
+               source->type_code == tk_complex;
+    case tk_logical: return source->type_code == tk_logical;
+    case tk_fcharacter: return source->type_code == tk_fcharacter && source->kind == destination->kind;
+    case tk_farray: {
+        const type *element = destination->array.element_type;
+        const type *part = is_array(source) ? source->array.element_type : source;
+        return (part == element || assignment_compatible(element, part)) &&
+               (!is_array(source) || shapes_conform(destination, source));
+    }
+    case tk_derived_type: return types_equal(destination, source);
+    case tk_error: return true;
+    default: return false;
+    }
+}
+
+// ---- what a shape is like
+
+namespace {
+
+bool has_explicit_shape(const type *t) {
+    return is_array(t) && t->array.shape_kind == explicit_shape && t->array.bound;
+}
+
+std::span<const bound> own_bounds(const type *t) { return {t->array.bound->bounds, 2u * t->array.rank}; }
+
+bool is_constant(const bound &b) { return b.kind == bound_constant; }
+
+bool has_empty_dimension(const type *t) {
+    const bound_info_entry *table = bounds_of_type(t);
+    for (unsigned i = 0; table && i < t->array.rank; ++i) {
+        const bound &lower = table->bounds[i];
+        const bound &upper = table->bounds[t->array.rank + i];
+        if (!is_constant(lower) || !is_constant(upper)) {
+            return false;
+        }
+        if (upper.value < lower.value) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+bool is_assumed_size(const type *t) {
+    if (!is_array(t) || t->array.rank == 0) {
+        return false;
+    }
+    const bound_info_entry *table = bounds_of_type(t);
+    return table && table->bounds[2u * t->array.rank - 1].kind == bound_assumed;
+}
+
+bool has_nonconstant_bound(const type *t) {
+    return has_explicit_shape(t) &&
+           std::ranges::any_of(own_bounds(t), [](const bound &b) { return b.kind == bound_expression; });
+}
+
+bool is_explicit_constant_shape(const type *t) {
+    return has_explicit_shape(t) && std::ranges::all_of(own_bounds(t), is_constant);
+}
+
+bool is_zero_sized(const type *t) {
+    if (t->type_code == tk_fcharacter) {
+        const bound &length = char_length_of_type(t);
+        return length.kind == bound_constant && length.value <= 0;
+    }
+    if (!is_array(t)) {
+        return false;
+    }
+    const type *element = t->array.element_type;
+    return is_zero_sized(element) || (t->size == element->size && has_empty_dimension(t));
+}
+
 // ---- layout
 
 namespace {
@@ -200,13 +345,9 @@ constexpr std::uint32_t pointer_size = 4;
 constexpr std::uint8_t pointer_alignment = 4;
 constexpr std::uint32_t descriptor_size_per_dimension = 12;
 
-struct room {
-    std::uint32_t size;
-    std::uint8_t alignment;
-};
+} // namespace
 
-// The bytes that an object of sc_local or sc_type_field takes in its frame or type.
-room room_of(const object *o) {
+room object_size(const object *o) {
     type *t = o->type;
     if (o->is_pointer || o->is_allocatable || o->is_auto || o->is_parameter) {
         std::uint32_t size = pointer_size;
@@ -224,8 +365,6 @@ room room_of(const object *o) {
     return {t->size, t->alignment};
 }
 
-} // namespace
-
 void field_layout(type *t) {
     // Sizes wrap at 32 bits: the room of a frame beyond that has no message of its own.
     std::uint32_t offset = 0;
@@ -241,7 +380,7 @@ void field_layout(type *t) {
     for (object *o = t->derived.first_field; o; o = o->next) {
         switch (o->storage_class) {
         case sc_local:
-        case sc_type_field: place(o, room_of(o)); break;
+        case sc_type_field: place(o, object_size(o)); break;
         case sc_external:
             if (o->is_parameter) {
                 place(o, {pointer_size, pointer_alignment});

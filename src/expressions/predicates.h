@@ -39,6 +39,14 @@ const type *type_with_bounds_of(const type *t);
 // The length of a character type, through the expression of a `bound_same_as`.
 const bound &char_length_of_type(const type *t);
 
+// The bytes that an object takes in its frame, type or storage, and its alignment: those of its type, or
+// those of a reference to it and of the descriptor of its shape.
+struct room {
+    std::uint32_t size;
+    std::uint8_t alignment;
+};
+room object_size(const object *o);
+
 // Lays out the components of a derived type, or the objects of a frame, in order: gives each its offset, and
 // the type its size and alignment.
 void field_layout(type *t);

@@ -24,6 +24,12 @@ void section_bounds(type *t);
 // The same for the type of a folded value, whose shape is constant.
 void make_constant_bounds(type *t);
 
+// The length of the elements of an expression of type character, as an expression.
+expr_node *text_length(expr_node *expr);
+
+// An operation on default integers at a position. The operands must be on no list.
+expr_node *make_integer_operation(operation_kind op, expr_node *left, expr_node *right, source_pos position);
+
 // Replaces references to an object in a tree, in which only what changes is copied. True if something
 // changed.
 bool replace_object(expr_node *&slot, const object *o, expr_node *replacement);

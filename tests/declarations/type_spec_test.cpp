@@ -175,7 +175,7 @@ TEST_F(TypeSpecTest, KindsInError) {
     EXPECT_EQ(spec("integer() x"), "error | name" + at(9, msg_expected_expression));
     EXPECT_EQ(spec("integer(1 x"), "error open | eos" + at(11, msg_expected_rparen));
     EXPECT_EQ(spec("integer(1 2) x"), "error | name" + at(11, msg_expected_rparen));
-    EXPECT_EQ(spec("integer(1.5) x"), "error | name" + at(9, msg_expression_must_be_of_type_integer));
+    EXPECT_EQ(spec("integer(1.5) x"), "error | name" + at(9, msg_must_be_specification_expression));
     EXPECT_EQ(spec("integer(99999999999) x"), "error | name" + at(9, msg_integer_constant_is_too_large));
 }
 
