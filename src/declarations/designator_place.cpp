@@ -157,17 +157,24 @@ bool find_place_of(expr_node *node, place_context context, designator_place &pla
         if (context == place_in_equivalence) {
             return refuse(node, msg_structure_component_is_not_allowed);
         }
-        return find_place(node->base_expr, context, place) && place_of_field(node, place);
+        return find_place(node->base_expr, context, place) && find_part(node, context, place);
     case enk_subscript:
-        return find_place(node->array_expr, context, place) && place_of_element(node, context, place);
     case enk_substring:
-        return find_place(node->array_expr, context, place) && place_of_substring(node, context, place);
+        return find_place(node->array_expr, context, place) && find_part(node, context, place);
     case enk_error: return false;
     default: return refuse(node, msg_expected_variable);
     }
 }
 
 } // namespace
+
+bool find_part(const expr_node *designator, place_context context, designator_place &place) {
+    switch (designator->node_kind) {
+    case enk_field: return place_of_field(designator, place);
+    case enk_subscript: return place_of_element(designator, context, place);
+    default: return place_of_substring(designator, context, place);
+    }
+}
 
 bool evaluate_index(expr_node *expr, place_context context, std::int32_t &value) {
     fold_value folded;

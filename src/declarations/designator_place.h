@@ -22,6 +22,9 @@ struct designator_place {
 // subscript or at the designator.
 bool find_place(expr_node *designator, place_context context, designator_place &place);
 
+// Goes from the place of the base of a component, an element or a substring to that of the part.
+bool find_part(const expr_node *designator, place_context context, designator_place &place);
+
 // The value of an integer expression; of the variables of implied DOs, the current ones. False after an
 // error.
 bool evaluate_index(expr_node *expr, place_context context, std::int32_t &value);

@@ -46,6 +46,11 @@ type *instantiate_result_type(type *t, object *specific, expr_node *actuals, obj
 // `actuals` is null, else to references to the actuals. True if something changed.
 bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals);
 
+// Makes the interface of a routine, whose types have been checked, independent of the objects in its scope:
+// the lengths and bounds in the types of its dummy arguments and of its result name the dummies of the
+// interface.
+void complete_interface(object *routine);
+
 // The one object of an external procedure in the whole compilation, if `o` is another one of its name.
 object *global_entity(object *o);
 

@@ -99,6 +99,15 @@ type *common_type(type *left, type *right) {
 
 // ---- conversions
 
+void copy_keyword(const expr_node *from, expr_node *to) {
+    to->is_specifier = from->is_specifier;
+    if (from->is_specifier) {
+        to->selector = from->selector;
+    } else {
+        to->keyword = from->keyword;
+    }
+}
+
 namespace {
 
 // Puts an operation in the place of its only operand, whose role it takes over.
@@ -109,12 +118,7 @@ void wrap(expr_node *&slot, operation_kind op, type *t) {
     outer->next = inner->next;
     outer->is_optional = inner->is_optional;
     outer->element_sequence = inner->element_sequence;
-    outer->is_specifier = inner->is_specifier;
-    if (inner->is_specifier) {
-        outer->selector = inner->selector;
-    } else {
-        outer->keyword = inner->keyword;
-    }
+    copy_keyword(inner, outer);
     outer->intent_in = true;
     inner->intent_in = true;
     inner->intent_out = false;
@@ -351,12 +355,7 @@ void dissolve(expr_node *node) {
     *node = *call.operands;
     node->il_id = call.il_id;
     node->next = call.next;
-    node->is_specifier = call.is_specifier;
-    if (call.is_specifier) {
-        node->selector = call.selector;
-    } else {
-        node->keyword = call.keyword;
-    }
+    copy_keyword(&call, node);
     node->intent_in = call.intent_in;
     node->element_sequence = call.element_sequence;
 }
@@ -437,8 +436,6 @@ expr_node *new_length_of(expr_node *operand) {
     length->intrinsic = intr_len;
     length->operands = new_ref(operand);
     length->operands->source_pos = operand->source_pos;
-    begin_check(length->operands);
-    begin_check(length);
     return length;
 }
 
@@ -458,7 +455,6 @@ bool handle_concat(expr_node *node, std::uint32_t flags, object *routine) {
     left_length->next = new_length_of(right);
     expr_node *length = new_operation(eok_iadd, default_integer(), left_length);
     length->source_pos = node->source_pos;
-    begin_check(length); // its parts are checked, and what it means for a specification is known
     type *element = unchecked_copy(element_type_of(left->type));
     set_expression_bound(element->character.length, length);
     type *t = combine_shapes(left->type, right->type, element);

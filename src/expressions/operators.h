@@ -17,6 +17,9 @@ type *combine_shapes(type *left, type *right, type *element);
 // The element type in the shape of a type, which is the element type itself unless that type is an array.
 type *with_element(type *shape, type *element);
 
+// Gives a node the keyword, or the specifier, of one whose place it takes.
+void copy_keyword(const expr_node *from, expr_node *to);
+
 // A copy of a type that is to be checked and completed by itself.
 type *unchecked_copy(const type *t);
 

@@ -22,11 +22,11 @@ struct substitution {
     expr_node *actuals; // null: dummies become `enk_param`
 };
 
-// A copy counts as checked, like the node that it is made from.
+// A copy that is to be checked again.
 expr_node *copy_node(const expr_node *node) {
     expr_node *copy = il_new<expr_node>();
     *copy = *node;
-    copy->il_id &= il_check_mark;
+    copy->il_id = 0;
     copy->multiply_referenced = false;
     return copy;
 }
@@ -52,8 +52,7 @@ expr_node *replace_dummy(const expr_node *node, const substitution &s, const ato
     }
     expr_node *ref = new_ref(actual);
     ref->source_pos = node->source_pos;
-    ref->keyword = node->keyword;
-    begin_check(ref);
+    copy_keyword(node, ref);
     return ref;
 }
 
@@ -154,8 +153,7 @@ expr_node *substitute_parts(expr_node *node, const substitution &s) {
         if (target != node->reference) {
             expr_node *ref = new_ref(target);
             ref->source_pos = node->source_pos;
-            ref->keyword = node->keyword;
-            begin_check(ref);
+            copy_keyword(node, ref);
             return ref;
         }
         return node;
@@ -216,31 +214,32 @@ expr_node *substituted_list(expr_node *list, const substitution &s) {
     return rest;
 }
 
-bool substitute_bound(bound &b, object *specific, expr_node *actuals) {
-    return (b.kind == bound_expression || b.kind == bound_same_as) &&
-           substitute_dummies(b.expr, specific, actuals);
+// A type with its length and its bounds rewritten; itself if nothing has changed.
+type *substitute_in_type(type *t, const substitution &s);
+
+bool substitute_bound(bound &b, const substitution &s) {
+    return substitute_dummies(b.expr, s.specific, s.actuals);
 }
 
-type *instantiate_character(type *t, object *specific, expr_node *actuals, object *routine) {
+type *substitute_in_character(type *t, const substitution &s) {
     bound length = t->character.length;
-    if (!substitute_bound(length, specific, actuals)) {
+    if ((length.kind != bound_expression && length.kind != bound_same_as) || !substitute_bound(length, s)) {
         return t;
     }
     type *result = unchecked_copy(t);
     result->character.length = length;
-    check_type(result, routine);
     return result;
 }
 
-type *instantiate_array(type *t, object *specific, expr_node *actuals, object *routine) {
-    type *element = instantiate_result_type(t->array.element_type, specific, actuals, routine);
+type *substitute_in_array(type *t, const substitution &s) {
+    type *element = substitute_in_type(t->array.element_type, s);
     bool changed = element != t->array.element_type;
     std::vector<bound> bounds;
     if (t->array.shape_kind <= as_shaped) {
         bounds.assign(t->array.bound->bounds, t->array.bound->bounds + 2 * t->array.rank);
     }
     for (bound &b : bounds) {
-        changed = (b.kind == bound_expression && substitute_bound(b, specific, actuals)) || changed;
+        changed = (b.kind == bound_expression && substitute_bound(b, s)) || changed;
     }
     if (!changed) {
         return t;
@@ -251,8 +250,15 @@ type *instantiate_array(type *t, object *specific, expr_node *actuals, object *r
         result->array.bound = new_bound_info_entry(t->array.rank);
         std::copy(bounds.begin(), bounds.end(), result->array.bound->bounds);
     }
-    check_type(result, routine);
     return result;
+}
+
+type *substitute_in_type(type *t, const substitution &s) {
+    switch (t->type_code) {
+    case tk_fcharacter: return substitute_in_character(t, s);
+    case tk_farray: return substitute_in_array(t, s);
+    default: return t;
+    }
 }
 
 } // namespace
@@ -267,10 +273,25 @@ type *instantiate_result_type(type *t, object *specific, expr_node *actuals, obj
     if (!t || !actuals) {
         return t;
     }
-    switch (t->type_code) {
-    case tk_fcharacter: return instantiate_character(t, specific, actuals, routine);
-    case tk_farray: return instantiate_array(t, specific, actuals, routine);
-    default: return t;
+    type *result = substitute_in_type(t, {specific, actuals});
+    if (result != t) {
+        check_type(result, routine);
+    }
+    return result;
+}
+
+void complete_interface(object *routine) {
+    const substitution s{routine, nullptr};
+    const auto complete = [&](type *&t) {
+        type *result = t ? substitute_in_type(t, s) : t;
+        if (result != t) {
+            t = result;
+            check_type(t, nullptr);
+        }
+    };
+    complete(routine->type->routine.return_type);
+    for (param_type *p = routine->type->routine.param_type_list; p; p = p->next) {
+        complete(p->type);
     }
 }
 

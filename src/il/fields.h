@@ -12,6 +12,7 @@
 //     string(name, const char *&)
 //     constant_value(constant &)       the bytes of its value
 //     bound_value(name, bound &)       a bound with its kind
+//     begin_group(name), end_group()   around the fields of an embedded record; a visitor may lack both
 // and a constant `reading`: what the writer leaves out of a form of the file is read like the rest.
 #pragma once
 
@@ -77,6 +78,9 @@ template <class V, class T> void optional_reference(V &v, const char *name, T *&
 }
 
 template <class V> void describe_source_corresp(source_corresp &s, V &v) {
+    if constexpr (requires { v.begin_group(""); }) {
+        v.begin_group("source_corresp");
+    }
     v.reference("name", s.name);
     // The declarations of a module have no place in the source of its user.
     source_pos writing_position = error_pos;
@@ -85,6 +89,9 @@ template <class V> void describe_source_corresp(source_corresp &s, V &v) {
     v.flag("referenced", s.referenced);
     v.flag("host_associated", s.host_associated);
     v.integer("scope_depth", s.scope_depth);
+    if constexpr (requires { v.end_group(); }) {
+        v.end_group();
+    }
 }
 
 template <class V> void describe_fields(il_header &h, V &v) {

@@ -14,7 +14,8 @@ enum intrinsic_code : std::uint8_t {
     intrinsic_code_count
 };
 
-// The name that is printed for it: "plus_op", "iabs".
+// The name that is printed for it: "plus_op", "iabs"; and as a program spells it: "+", "IABS".
 const char *intrinsic_code_name(unsigned code); // "**BAD INTRINSIC**" for an unknown one
+const char *intrinsic_spelling(unsigned code);  // the same
 
 } // namespace zf90

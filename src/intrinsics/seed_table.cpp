@@ -327,10 +327,6 @@ void build_intrinsics() {
 
 } // namespace
 
-const char *intrinsic_code_name(unsigned code) {
-    return code < intrinsic_code_count ? intrinsics[code].code_name : "**BAD INTRINSIC**";
-}
-
 void init_seed_tables() {
     symbols_init();
     scopes_init();

@@ -149,7 +149,7 @@ std::uint32_t string_area(const char *text) {
 void clear_counters(il_entry *, entry_kind, std::uint32_t) { counters = {}; }
 
 void number_entry(il_entry *entry, entry_kind kind, std::uint32_t size) {
-    entry->il_id = (entry->il_id & il_visit_mark) | (counters[kind] & il_number_mask);
+    entry->il_id = (entry->il_id & ~il_number_mask) | (counters[kind] & il_number_mask);
     counters[kind] += kind == kind_bound_info_entry ? size : 1;
     if (module_mode) {
         members[kind].push_back(entry);

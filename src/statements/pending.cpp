@@ -10,20 +10,8 @@ namespace zf90 {
 
 // clang-format off
 PENDING(allocate)
-PENDING(backspace)
-PENDING(close)
-PENDING(data)
 PENDING(deallocate)
-PENDING(endfile)
-PENDING(format)
-PENDING(inquire)
-PENDING(namelist)
 PENDING(nullify)
-PENDING(open)
-PENDING(print)
-PENDING(read)
-PENDING(rewind)
-PENDING(write)
 // clang-format on
 
 #undef PENDING

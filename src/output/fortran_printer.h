@@ -1,0 +1,38 @@
+// Prints the intermediate language back as Fortran, to show what the front end has understood. The text is
+// for people: it keeps to the columns of fixed form, but names of other modules have their module's name
+// before them, and some statements print as calls of procedures that do not exist.
+#pragma once
+
+#include "il/records.h"
+
+namespace zf90 {
+
+// Where all of the text goes, in the manner of printf.
+using print_function = int (*)(const char *format, ...);
+
+extern print_function print_hook;
+
+// Installs a function; null installs the default, which prints to `dump_stream` (output/il_dump.h).
+void set_print_hook(print_function hook);
+
+// Prints a whole compilation.
+void regenerate_fortran(il_header *header);
+
+void print_program_unit(object *unit);
+
+// Prints a statement; with `recursive` those within it too, and a comment where the source line changes, for
+// which positions are looked up in `header`.
+void print_statement(il_header *header, const statement *s, bool recursive);
+
+void print_expression(const expr_node *e);
+void print_constant(const constant *c);
+void print_type(const type *t);
+
+// The operator of an operation: "+", ".and.", "reshape"; empty for a conversion.
+const char *operator_text(operation_kind op);
+
+// The text of a real constant's value, with all its digits and a point or an exponent; of the printer's own
+// buffer, until the next call.
+const char *real_text(double value, unsigned digits);
+
+} // namespace zf90
