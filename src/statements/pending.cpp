@@ -9,9 +9,6 @@ namespace zf90 {
     bool stmt_##name() { return skip_to_eos(); }
 
 // clang-format off
-PENDING(allocate)
-PENDING(deallocate)
-PENDING(nullify)
 // clang-format on
 
 #undef PENDING
