@@ -34,7 +34,8 @@ bool check_expression(expr_node *node, std::uint32_t flags, object *routine);
 // Makes a node an `enk_error` of the error type. The operands stay reachable.
 void mark_error_node(expr_node *node);
 
-// Whether a left side can be stored to. Errors 535 and 241 say why not.
+// Whether what a statement stores to can be stored to, which is noted as a definition of it. Errors 535 and 241
+// say why not.
 bool check_definable(expr_node *expr);
 
 // Whether the expression is a section with a vector subscript.
@@ -44,8 +45,8 @@ bool section_has_vector_subscript(const expr_node *expr);
 // is the program unit around it, or null. False if something was in error.
 bool check_type(type *t, object *routine);
 
-// The value of a tree that has been checked, if it has one. What the check could not fold is not tried again,
-// so that nothing is reported twice.
-bool fold_checked(expr_node *node, struct fold_value &value);
+// Whether the public components of a derived type are of public types; error 576 at those that are not. Only
+// when its unit ends is it known what is public.
+bool check_component_access(const type *t);
 
 } // namespace zf90
