@@ -593,9 +593,13 @@ void finish_forward_type(symbol *s) {
         become_host_link(s, host_type);
         return;
     }
-    type *t = entity_as<type>(s);
     error_at(msg_component_type_is_not_defined, s->decl_position, s->name->spelling);
-    t->is_public = true; // nothing else is said of it
+    give_up_forward_type(s);
+}
+
+void give_up_forward_type(symbol *s) {
+    type *const t = entity_as<type>(s);
+    t->type_code = tk_error; // for all that have it
     set_symbol_kind(s, sk_derived_type);
     s->entity = t;
 }

@@ -150,6 +150,9 @@ std::uint32_t marks_from_within(const symbol *candidate);
 // Settles a forward type: a host link if the host has a type of that name, else error 455 and a derived type.
 void finish_forward_type(symbol *s);
 
+// Makes a forward type that is not there, which has been reported, a derived type in error.
+void give_up_forward_type(symbol *s);
+
 // ---- implied-DO variables: in force for the extent of their list, above every scope
 
 extern std::int32_t implied_do_depth; // of the innermost variable, -1 if there is none
