@@ -570,6 +570,10 @@ fold_outcome fold_node(expr_node *node, fold_value &value, bool must_fold) {
     if (must_fold && outcome != fold_outcome::failed) {
         outcome = fold_failure(msg_must_be_initialization_expression, node);
     }
+    // An operation that failed stays as it is, which goes on having a type.
+    if (outcome == fold_outcome::failed && node->node_kind != enk_operation) {
+        mark_error_node(node);
+    }
     remember(node, outcome);
     return outcome;
 }
