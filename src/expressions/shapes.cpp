@@ -463,7 +463,7 @@ void release_length(constructor_check &c, const expr_node *loop) {
 // An increment of zero is reported here, as no extent could be worked out with it.
 bool has_good_increment(const do_loop *control) {
     fold_value step;
-    if (!control->increment || !fold_checked(control->increment, step) ||
+    if (!control->increment || !fold_expression(control->increment, step, false) || !has_value(step) ||
         step.type->type_code != tk_integer || step.integer != 0) {
         return true;
     }
