@@ -19,12 +19,12 @@ namespace zf90 {
 
 namespace {
 
-std::uint32_t effort; // elements and rounds of the current attempt
+std::uint32_t effort;       // elements and rounds of the current attempt
+std::uint32_t effort_limit; // of it
 
-unsigned nesting;       // of calls of fold_expression
 unsigned running_loops; // implied DOs whose variable has a value
 
-bool spend() { return ++effort <= largest_element_count; }
+bool spend() { return ++effort <= effort_limit; }
 
 // ---- what is known of a node
 
@@ -225,7 +225,7 @@ fold_outcome spread_value(const expr_node *node, fold_value &scalar, fold_value 
     }
     convert_value(scalar, element_type_of(node->type));
     result = new_aggregate(node);
-    if (count > largest_element_count - std::min(effort, largest_element_count)) {
+    if (count > effort_limit - std::min(effort, effort_limit)) {
         auto *repetition = il_new<constant>();
         init_constant(repetition, ck_init_repeat);
         repetition->source_pos = node->source_pos;
@@ -592,11 +592,14 @@ fold_outcome fold_integer(expr_node *node, std::int32_t &value, bool must_fold) 
 }
 
 bool fold_expression(expr_node *node, fold_value &value, bool must_fold) {
-    if (nesting++ == 0) {
-        effort = 0;
-    }
+    // The values of named constants are worked out in the middle of other attempts.
+    const std::uint32_t outer_effort = effort;
+    const std::uint32_t outer_limit = effort_limit;
+    effort = 0;
+    effort_limit = must_fold ? largest_element_count : largest_count_without_need;
     const fold_outcome outcome = fold_node(node, value, must_fold);
-    --nesting;
+    effort = outer_effort;
+    effort_limit = outer_limit;
     return outcome != fold_outcome::failed;
 }
 
