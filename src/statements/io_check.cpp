@@ -106,6 +106,19 @@ bool check_format_variable(expr_node *expr) {
                : refuse(expr, msg_expression_must_be_variable_of_type_default_integer);
 }
 
+// Where the name of the group stands, which is kept among the specifiers until now; null if there is no
+// control list, or the name was in error.
+const expr_node *take_namelist_place(input_output_description *d) {
+    for (expr_node **link = &d->specifier_list; *link; link = &(*link)->next) {
+        if ((*link)->selector == iosk_nml) {
+            const expr_node *place = *link;
+            *link = place->next;
+            return place;
+        }
+    }
+    return nullptr;
+}
+
 bool check_format(const io_context &io) {
     input_output_description *d = io.description;
     switch (d->format_kind) {
@@ -124,11 +137,13 @@ bool check_format(const io_context &io) {
         d->format_kind = iof_assigned_var;
         return check_format_variable(expr);
     }
-    case iof_namelist_directed:
+    case iof_namelist_directed: {
         d->format.namelist_group->source_corresp.referenced = true;
-        return d->unit_kind == iou_internal
-                   ? refuse(d->unit_expr, msg_namelist_directed_internal_i_o_is_not_allowed)
+        const expr_node *place = take_namelist_place(d);
+        return place && d->unit_kind == iou_internal
+                   ? refuse(place, msg_namelist_directed_internal_i_o_is_not_allowed)
                    : true;
+    }
     default: return true;
     }
 }
@@ -245,6 +260,15 @@ bool check_input_item(expr_node *item) {
     });
 }
 
+// An item of output: a value.
+bool check_output_item(expr_node *item) {
+    item->intent_in = true;
+    const bool is_procedure =
+        item->node_kind != enk_implied_do &&
+        (item->type->type_code == tk_routine || item->type->type_code == tk_unspec_routine);
+    return is_procedure ? refuse(item, msg_expected_expression) : true;
+}
+
 bool check_items(statement *s, object *routine) {
     const bool is_input = s->kind == stmk_read;
     const std::uint32_t flags = is_input ? std::uint32_t{ECF_DATA_OBJECT} : 0u;
@@ -252,10 +276,8 @@ bool check_items(statement *s, object *routine) {
     for (expr_node *item = s->expr; item; item = item->next) {
         if (!check_expression(item, flags, routine)) {
             good = false;
-        } else if (is_input) {
-            good = check_input_item(item) && good;
         } else {
-            item->intent_in = true;
+            good = (is_input ? check_input_item(item) : check_output_item(item)) && good;
         }
     }
     return good;
