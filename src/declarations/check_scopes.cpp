@@ -14,6 +14,7 @@
 #include "driver/diagnostics.h"
 #include "driver/driver.h"
 #include "driver/options.h"
+#include "expressions/calls.h"
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
@@ -219,6 +220,17 @@ bool check_data_object(object *o) {
     return true;
 }
 
+// What callers know of a routine, which is null if it has no scope. Its scope must be on top.
+bool check_prototype(object *o, object *routine) {
+    if (!check_type(o->type, routine)) {
+        return false;
+    }
+    if (routine && o->type->type_code == tk_routine) {
+        complete_interface(o, static_cast<unsigned>(curr_scope_depth));
+    }
+    return true;
+}
+
 bool check_routine_object(object *o) {
     bool good = true;
     if (o->storage_class == sc_external || o->storage_class == sc_internal) {
@@ -228,14 +240,12 @@ bool check_routine_object(object *o) {
         o->source_corresp.referenced = true;
     }
     scope *const body = has_scope(o) ? o->variant.assoc_scope : nullptr;
-    if (body && body->rules) {
-        const scope_visit visit(body);
-        good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
-        good &= check_type(o->type, o);
-    } else {
-        good &= check_type(o->type, body ? o : nullptr);
+    if (!body || !body->rules) {
+        return check_prototype(o, body ? o : nullptr) && good;
     }
-    return good;
+    const scope_visit visit(body);
+    good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
+    return check_prototype(o, o) && good;
 }
 
 } // namespace
@@ -399,10 +409,12 @@ bool check_declarations_within(scope *s) {
     bool good = true;
     for (type *t = s->types; t; t = t->next) {
         good &= check_type(t, routine);
+        good &= check_component_access(t);
     }
     for (object *o = s->objects; o; o = o->next) {
         good &= check_declared_object(o);
     }
+    good &= check_object(routine);
     if (s->function_result_var) {
         raise_result_storage(s->function_result_var);
     }
@@ -494,7 +506,8 @@ bool check_scope(scope *s) {
 bool check_compilation() {
     bool good = true;
     // Procedures that a statement names for the first time come behind the last unit.
-    for (const object *o = il_root.primary_scope->objects; o; o = o->next) {
+    for (object *o = il_root.primary_scope->objects; o; o = o->next) {
+        good &= check_object(o);
         if (has_scope(o)) {
             good &= check_scope(o->variant.assoc_scope);
         }

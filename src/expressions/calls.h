@@ -48,8 +48,8 @@ bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals);
 
 // Makes the interface of a routine, whose types have been checked, independent of the objects in its scope:
 // the lengths and bounds in the types of its dummy arguments and of its result name the dummies of the
-// interface.
-void complete_interface(object *routine);
+// interface. `scope_depth` is that of its scope: an interface body's is not told by the routine.
+void complete_interface(object *routine, unsigned scope_depth);
 
 // The one object of an external procedure in the whole compilation, if `o` is another one of its name.
 object *global_entity(object *o);

@@ -20,6 +20,7 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
+#include "intrinsics/handlers.h"
 #include "statements/statement_pass.h"
 
 namespace zf90 {
@@ -291,6 +292,35 @@ bool check_implied_do(expr_node *node, std::uint32_t flags, object *routine) {
     return ok;
 }
 
+bool is_assignment(const expr_node *node) {
+    switch (node->op_kind) {
+    case eok_iassign:
+    case eok_lassign:
+    case eok_fassign:
+    case eok_xassign:
+    case eok_cassign:
+    case eok_sassign: return true;
+    default: return false;
+    }
+}
+
+// The body of a statement function is built as an assignment to its result.
+bool check_stmt_function_body(expr_node *node, std::uint32_t flags, object *routine) {
+    expr_node *const result = node->operands;
+    expr_node *&value = result->next;
+    if (!check_expression(result, ecf_designator, routine) || !check_expression(value, flags, routine) ||
+        !stmt_func_walk(value) || !assign_conversion(result->type, value)) {
+        return false;
+    }
+    result->intent_out = true;
+    value->intent_in = true;
+    node->type = void_type();
+    if (node->op_kind == eok_cassign) {
+        result->any_type_argument = value->any_type_argument = true;
+    }
+    return true;
+}
+
 bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     if (!classify(node)) {
         return false;
@@ -315,8 +345,12 @@ bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     }
     case enk_param: node->type = node->parameter->type; return true;
     case enk_data_implied_do_var: node->type = default_integer(); return true;
-    // These are built by the checks themselves, of parts that have been checked, and of references to such.
     case enk_operation:
+        if ((flags & ecf_stmt_func) && is_assignment(node)) {
+            return check_stmt_function_body(node, flags, routine);
+        }
+        [[fallthrough]];
+    // The others are built of parts that have been checked and of references to such; so are those of ASSIGN.
     case enk_intrinsic: return check_list(node->operands, ecf_whole_assumed_size, routine);
     default: return true;
     }

@@ -18,7 +18,8 @@ namespace {
 // What a tree is rewritten for.
 struct substitution {
     object *specific;
-    expr_node *actuals; // null: dummies become `enk_param`
+    expr_node *actuals;   // null: dummies become `enk_param`
+    unsigned scope_depth; // of the names of its scope
 };
 
 param_type *param_of_name(const object *specific, const atom *name) {
@@ -43,9 +44,7 @@ expr_node *replace_dummy(const expr_node *node, const substitution &s, const ato
     return ref_in_place_of(node, actual);
 }
 
-bool is_own(const object *o, const object *specific) {
-    return o->source_corresp.scope_depth == specific->source_corresp.scope_depth + 1;
-}
+unsigned depth_within(const object *specific) { return specific->source_corresp.scope_depth + 1u; }
 
 expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
     expr_node *leaf = copy_unchecked_node(node);
@@ -58,7 +57,7 @@ expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
 // A dummy argument or a named constant of the function; null: the name stays as it is.
 expr_node *replace_object_node(const expr_node *node, const substitution &s) {
     object *o = node->object;
-    if (!is_own(o, s.specific)) {
+    if (o->source_corresp.scope_depth != s.scope_depth) {
         return nullptr;
     }
     if (o->is_parameter) {
@@ -92,8 +91,12 @@ expr_node *replace_leaf(const expr_node *node, const substitution &s) {
 // A type with its length and its bounds rewritten; itself if nothing has changed.
 type *substitute_in_type(type *t, const substitution &s);
 
+bool rewrite_with(expr_node *&slot, const substitution &s) {
+    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
+}
+
 bool substitute_bound(bound &b, const substitution &s) {
-    return substitute_dummies(b.expr, s.specific, s.actuals);
+    return rewrite_with(b.expr, s);
 }
 
 type *substitute_in_character(type *t, const substitution &s) {
@@ -139,8 +142,7 @@ type *substitute_in_type(type *t, const substitution &s) {
 } // namespace
 
 bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals) {
-    const substitution s{specific, actuals};
-    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
+    return rewrite_with(slot, {specific, actuals, depth_within(specific)});
 }
 
 type *instantiate_result_type(type *t, object *specific, expr_node *actuals, object *routine) {
@@ -148,15 +150,15 @@ type *instantiate_result_type(type *t, object *specific, expr_node *actuals, obj
     if (!t || !actuals) {
         return t;
     }
-    type *result = substitute_in_type(t, {specific, actuals});
+    type *result = substitute_in_type(t, {specific, actuals, depth_within(specific)});
     if (result != t) {
         check_type(result, routine);
     }
     return result;
 }
 
-void complete_interface(object *routine) {
-    const substitution s{routine, nullptr};
+void complete_interface(object *routine, unsigned scope_depth) {
+    const substitution s{routine, nullptr, scope_depth};
     const auto complete = [&](type *&t) {
         type *result = t ? substitute_in_type(t, s) : t;
         if (result != t) {

@@ -4,6 +4,7 @@
 #include "driver/deep_call.h"
 #include "driver/diagnostics.h"
 #include "expressions/check.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -41,6 +42,13 @@ bool refuse(const expr_node *node, error_code code) {
     return false;
 }
 
+// Marks a variable as one that the statement gives a value. False if it may not be set, which is reported.
+bool set_by_statement(expr_node *variable) {
+    variable->intent_out = true;
+    note_definition(variable);
+    return check_definable(variable);
+}
+
 // ---- the unit
 
 void give_up_unit(input_output_description *d) {
@@ -53,8 +61,7 @@ bool check_internal_unit(const io_context &io) {
     switch (io.kind) {
     case stmk_read: unit->intent_in = true; break;
     case stmk_write:
-        unit->intent_out = true;
-        if (!check_definable(unit)) {
+        if (!set_by_statement(unit)) {
             return false;
         }
         break;
@@ -207,8 +214,7 @@ bool check_variable(expr_node *node, bool fits, error_code code) {
     if (!fits || !is_designator(node)) {
         return refuse(node, code);
     }
-    node->intent_out = true;
-    return check_definable(node);
+    return set_by_statement(node);
 }
 
 bool check_specifier(const io_context &io, expr_node *node) {
@@ -248,8 +254,7 @@ bool check_specifier(const io_context &io, expr_node *node) {
 // An item of READ: a variable that may be set, or an implied DO of such.
 bool check_input_item(expr_node *item) {
     if (item->node_kind != enk_implied_do) {
-        item->intent_out = true;
-        return check_definable(item);
+        return set_by_statement(item);
     }
     return deep_call([item] {
         bool good = true;
