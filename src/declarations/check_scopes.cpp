@@ -124,9 +124,11 @@ void store_value(constant *value, expr_node *tree, const fold_value &folded) {
         value->aggregate = stored->aggregate;
         return;
     }
-    set_constant_repr(value, retain_constant_exprs ? ck_expression : ck_value);
+    // A constant says no more than its value.
+    const bool keeps_tree = retain_constant_exprs && tree->node_kind != enk_constant;
+    set_constant_repr(value, keeps_tree ? ck_expression : ck_value);
     value->value.bytes = stored->value.bytes;
-    value->value.expr = retain_constant_exprs ? tree : nullptr;
+    value->value.expr = keeps_tree ? tree : nullptr;
 }
 
 // An initial value is converted to the type of its name by the rules of assignment.
@@ -147,6 +149,7 @@ bool evaluate_initial_value(object *o) {
     if (!fold_expression(tree, folded, true) || !has_value(folded)) {
         return false;
     }
+    fit_text_length(folded, o->type);
     store_value(value, tree, folded);
     return true;
 }
