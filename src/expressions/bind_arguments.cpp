@@ -26,6 +26,18 @@ bool passes_type(const type *actual, const type *dummy) {
     return actual == dummy || types_equal(actual, dummy) || type_matches_dummy(actual, dummy);
 }
 
+// A dummy whose bounds come with the actual argument.
+bool has_descriptor(const type *t) {
+    return t->array.shape_kind == assumed_shape || t->array.shape_kind == deferred_shape;
+}
+
+// An assumed-size array where the bounds are wanted, which has a message of its own.
+bool lacks_only_bounds(const type *actual, const type *dummy) {
+    return is_array(dummy) && has_descriptor(dummy) && is_assumed_size(actual) &&
+           actual->array.rank == dummy->array.rank &&
+           passes_type(actual->array.element_type, dummy->array.element_type);
+}
+
 // An array element, or a part of one, stands for the array from there on.
 bool is_element(const expr_node *e) {
     return e->node_kind == enk_subscript ||
@@ -36,7 +48,7 @@ bool is_element(const expr_node *e) {
 
 bool match_one_argument(const expr_node *actual, const param_type *param, bool trial) {
     if (!passes_type(actual->type, param->type)) {
-        return false;
+        return !trial && lacks_only_bounds(actual->type, param->type);
     }
     const bool wants_array = is_array(param->type) && param->type->array.rank != 0;
     return !wants_array || is_array(actual->type) || (!trial && is_element(actual));
@@ -251,10 +263,6 @@ bool lengths_agree(const type *actual, const type *dummy, bool is_descriptor) {
         return true;
     }
     return dummy->is_character && !is_descriptor ? have.value >= want.value : have.value == want.value;
-}
-
-bool has_descriptor(const type *t) {
-    return t->array.shape_kind == assumed_shape || t->array.shape_kind == deferred_shape;
 }
 
 bool check_dummy_characteristics(type *actual, type *dummy, source_pos position) {
