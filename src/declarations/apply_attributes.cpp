@@ -2,6 +2,7 @@
 #include "declarations/declarations.h"
 #include "declarations/implicit.h"
 #include "declarations/intrinsic_names.h"
+#include "declarations/namelist.h"
 #include "declarations/routines.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
@@ -169,6 +170,11 @@ symbol *apply_attributes(symbol *s, const attribute_set &set, name_locator &name
     }
     if (set[attr_public]) {
         s->flags |= sf_access_given | sf_public;
+    }
+    if (set[attr_namelist]) {
+        s = declare_namelist(s, name);
+        note_declaration(s, name.position, is_new);
+        return s;
     }
     apply_to_data(s, set, name);
     if (s->name == error_atom) {

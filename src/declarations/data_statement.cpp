@@ -10,6 +10,7 @@
 #include "il/types.h"
 #include "source/token_helpers.h"
 #include "statements/handlers.h"
+#include "statements/loop.h"
 
 #include <algorithm>
 
@@ -188,9 +189,11 @@ bool read_set() {
             }
             return false;
         }
-        if (!accept_token(tok_slash, msg_expected_slash, lex_signed | lex_lone_slash)) {
-            return false;
+        if (curr_token != tok_slash) {
+            expect_token(tok_slash, msg_expected_slash);
+            return skip_to_eos() && false; // where the values begin is not clear
         }
+        next_token(lex_signed | lex_lone_slash);
     }
     good = match_values(items, good);
     return accept_token(tok_slash, msg_expected_slash, 0) && good;

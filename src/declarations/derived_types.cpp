@@ -4,6 +4,7 @@
 
 #include "declarations/scopes.h"
 #include "declarations/units.h"
+#include "expressions/check.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
@@ -168,6 +169,9 @@ void finish_derived_type(type *t) {
             settle_component_type(c, t);
         }
         const type *element = element_type_of(c->type);
+        if (!is_derived(element)) {
+            check_type(c->type, nullptr); // its size is needed at once
+        }
         t->contains_ptrs |= c->is_pointer || (is_derived(element) && element->contains_ptrs);
     }
     pop_scope();
@@ -333,35 +337,6 @@ void fix_forward_types() {
             function->type->routine.return_type = result->type;
         }
     }
-}
-
-bool check_components(type *t) {
-    bool good = true;
-    for (object *c = t->derived.first_field; c; c = c->next) {
-        const symbol *name = c->symbol_link;
-        c->is_public = t->is_public && name && (name->flags & sf_public);
-        symbol *const type_name =
-            is_derived(element_type_of(c->type)) ? element_type_of(c->type)->symbol_link : nullptr;
-        if (type_name && type_name->kind == sk_host_link) {
-            c->type = resolve_forward_type(c->type);
-        }
-        const type *element = element_type_of(c->type);
-        if (!is_derived(element) || !c->source_corresp.name) {
-            continue;
-        }
-        const source_pos position = c->source_corresp.decl_position;
-        if (t->derived.is_seq && !element->derived.is_seq) {
-            error_at(msg_sequence_type_component_is_not_of_sequence_type, position,
-                     c->source_corresp.name->spelling);
-            good = false;
-        }
-        if (c->is_public && !element->is_public) {
-            error_at(msg_public_derived_type_component_is_of_private_type, position,
-                     c->source_corresp.name->spelling);
-            good = false;
-        }
-    }
-    return good;
 }
 
 } // namespace zf90

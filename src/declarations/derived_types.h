@@ -22,8 +22,4 @@ type *resolve_forward_type(type *t);
 // were named before they were defined.
 void fix_forward_types();
 
-// Checks the components of a derived type: those that point to a type of the host get that type, and the
-// rules of sequence types and of public types are applied. False if something was reported.
-bool check_components(type *t);
-
 } // namespace zf90

@@ -338,6 +338,12 @@ void report_if_unused(const symbol *s) {
 } // namespace
 
 void finish_row(std::int32_t depth) {
+    // Ahead of all reports: a variable is in use if another one is that shares its storage.
+    for (const symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
+        if (s->flags & sf_referenced) {
+            mark_entity(s);
+        }
+    }
     for (symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
         // First, for the entities take their accessibility from it: a PUBLIC or PRIVATE without a list
         // reaches the names declared ahead of it too.

@@ -255,9 +255,10 @@ bool check_public_member(object *routine) {
 } // namespace
 
 bool depends_on_private_type(const object *routine) {
+    // A type that a procedure defines for itself is not the module's to hide.
     const auto is_private = [](type *t) {
         const type *element = element_type_of(t);
-        return element->type_code == tk_derived_type && !element->is_public;
+        return element->type_code == tk_derived_type && element->derived.module && !element->is_public;
     };
     if (routine->type->type_code != tk_routine) {
         return false;

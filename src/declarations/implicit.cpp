@@ -22,6 +22,18 @@ bool reports_conflict(const symbol *s) {
     return (s->flags & sf_type_implicit) && !(s->flags & sf_inferred) && s->name != error_atom;
 }
 
+// Whether a name of that kind has no type, so that declaring one is the first word about it.
+bool has_no_type(symbol_kind kind) {
+    switch (kind) {
+    case sk_derived_type:
+    case sk_forward_type:
+    case sk_interface:
+    case sk_module_procedure:
+    case sk_namelist: return true;
+    default: return false;
+    }
+}
+
 // Puts the declared type in the place that holds the symbol's type so far.
 bool settle(symbol *s, type *&place, type *declared, bool override_type) {
     const bool is_known_array = place && is_array(place);
@@ -169,6 +181,7 @@ bool set_type(symbol *s, type *declared, bool override_type) {
         }
         return good;
     }
+    case sk_implied_do_var:
     case sk_undetermined:
     case sk_data_name:
     case sk_external_pending: {
@@ -177,6 +190,8 @@ bool set_type(symbol *s, type *declared, bool override_type) {
         s->entity = held;
         return good;
     }
+    case sk_stmt_function:
+        return settle(s, routine_of(entity_as<object>(s)).return_type, declared, override_type);
     case sk_dummy_function:
     case sk_dummy_procedure: {
         s->kind = sk_dummy_function; // the object stays
@@ -185,7 +200,7 @@ bool set_type(symbol *s, type *declared, bool override_type) {
         return good;
     }
     default:
-        if (reports_conflict(s)) {
+        if (reports_conflict(s) || (has_no_type(s->kind) && s->name != error_atom)) {
             error(msg_type_declaration_conflicts_with_implied_type);
         }
         return false;

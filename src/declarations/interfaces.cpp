@@ -202,7 +202,7 @@ void add_to_interface(object *routine, std::int32_t depth) {
     if (!generic) {
         return;
     }
-    if (generic != members.generic || (members.last && members.last->next)) {
+    if (generic != members.generic || !generic->routine_prototype_list || members.last->next) {
         turn_to(generic);
     }
     if (!members.routines.insert(routine).second) {

@@ -169,7 +169,8 @@ scope *push_scope(scope_row_kind kind) {
     if (curr_scope_depth > 0) {
         // A host's IMPLICIT statements reach its internal procedures, but no interface body. IMPLICIT NONE
         // needs no copy: it has emptied the table.
-        const scope_row &model = scope_stack[interface_depth > 0 ? 0 : curr_scope_depth - 1];
+        const bool is_body = kind == sr_unit && interface_depth > 0;
+        const scope_row &model = scope_stack[is_body ? 0 : curr_scope_depth - 1];
         for (std::size_t i = 0; i < std::size(row.implicit_types); ++i) {
             row.implicit_types[i] = model.implicit_types[i];
         }

@@ -1,5 +1,6 @@
 // Statement functions: a routine with a scope of its own, whose body is the assignment of the right side to
 // the result.
+#include "declarations/check_scopes.h"
 #include "declarations/implicit.h"
 #include "declarations/routines.h"
 #include "declarations/scopes.h"
@@ -196,6 +197,7 @@ bool stmt_stmt_function() {
     make_body(result, value);
     end_program_unit();
     curr_unit_kind = outer_kind;
+    check_object(function);
     return good;
 }
 

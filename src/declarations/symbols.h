@@ -159,6 +159,9 @@ void note_declaration(symbol *s, source_pos position, bool update);
 // Writes the cross-reference line and marks the symbol as referenced.
 void note_symbol_use(use_kind use, symbol *s, source_pos position);
 
+// Marks the entity of a symbol, and the storage that it lies in, as referenced.
+void mark_entity(const symbol *s);
+
 // The same, and marks the entity; a modification of an active DO variable is warning 3.
 void note_use(use_kind use, symbol *s, source_pos position);
 

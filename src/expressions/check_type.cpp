@@ -78,7 +78,11 @@ bool check_shape_arguments(expr_node *list, object *routine) {
 
 bool check_array(type *t, object *routine) {
     type *const element = t->array.element_type;
+    const std::uint32_t size_before = element->size;
     bool ok = check_type(element, routine);
+    if (element->size != size_before) {
+        t->size = 0;
+    }
     t->is_numeric = element->is_numeric;
     t->is_character = element->is_character;
     t->contains_ptrs = element->contains_ptrs;
@@ -165,6 +169,9 @@ bool check_type(type *t, object *routine) {
     }
     return deep_call([&] {
         const bool ok = check_parts(t, routine);
+        if (t->type_code == tk_derived_type) {
+            t->size = 0; // bounds of components that have become constant count from now on
+        }
         if (ok) {
             complete_type(t);
         }

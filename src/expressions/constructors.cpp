@@ -91,6 +91,8 @@ symbol *new_control_variable() {
     if (outer) {
         s->entity = outer;
         s->flags |= sf_typed;
+    } else {
+        apply_implicit(s, null_pos);
     }
     return s;
 }

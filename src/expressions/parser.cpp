@@ -392,24 +392,30 @@ bool close_with(token_kind token, error_code code) {
     return skip_behind(token);
 }
 
+io_specifier specifier_of(token_kind token) {
+    static constexpr io_specifier selectors[] = {
+        iosk_access, iosk_action,     iosk_advance,  iosk_blank,   iosk_delim,     iosk_direct,
+        iosk_end,    iosk_eor,        iosk_err,      iosk_exist,   iosk_file,      iosk_fmt,
+        iosk_form,   iosk_formatted,  iosk_iolength, iosk_iostat,  iosk_fe_kind,   iosk_fe_len,
+        iosk_name,   iosk_named,      iosk_nextrec,  iosk_nml,     iosk_number,    iosk_opened,
+        iosk_pad,    iosk_position,   iosk_read,     iosk_write,   iosk_readwrite, iosk_rec,
+        iosk_recl,   iosk_sequential, iosk_size,     iosk_fe_stat, iosk_status,    iosk_unformatted,
+        iosk_unit,
+    };
+    static_assert(std::size(selectors) == tok_spec_unit - tok_spec_access + 1);
+    return token >= tok_spec_access && token <= tok_spec_unit ? selectors[token - tok_spec_access]
+                                                              : iosk_last;
+}
+
 void read_keyword(pending &item) {
+    const io_specifier selector = specifier_of(curr_token);
     item.is_specifier = false;
     item.keyword = nullptr;
     if (curr_token == tok_name_eq) {
         item.keyword = curr_name.atom;
-    } else if (curr_token >= tok_spec_access && curr_token <= tok_spec_unit) {
-        static constexpr io_specifier selectors[] = {
-            iosk_access, iosk_action,     iosk_advance,  iosk_blank,   iosk_delim,     iosk_direct,
-            iosk_end,    iosk_eor,        iosk_err,      iosk_exist,   iosk_file,      iosk_fmt,
-            iosk_form,   iosk_formatted,  iosk_iolength, iosk_iostat,  iosk_fe_kind,   iosk_fe_len,
-            iosk_name,   iosk_named,      iosk_nextrec,  iosk_nml,     iosk_number,    iosk_opened,
-            iosk_pad,    iosk_position,   iosk_read,     iosk_write,   iosk_readwrite, iosk_rec,
-            iosk_recl,   iosk_sequential, iosk_size,     iosk_fe_stat, iosk_status,    iosk_unformatted,
-            iosk_unit,
-        };
-        static_assert(std::size(selectors) == tok_spec_unit - tok_spec_access + 1);
+    } else if (selector != iosk_last) {
         item.is_specifier = true;
-        item.selector = selectors[curr_token - tok_spec_access];
+        item.selector = selector;
     } else {
         return;
     }

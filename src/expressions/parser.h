@@ -9,6 +9,7 @@
 #pragma once
 
 #include "il/records.h"
+#include "source/tokens.h"
 
 namespace zf90 {
 
@@ -21,6 +22,9 @@ bool parse_designator(expr_node *&node);
 // An expression with an optional KEYWORD= or specifier word in front, read with lex_keyword_arg or
 // lex_specifier, which goes into the node. False for an error node.
 bool parse_actual_item(expr_node *&node);
+
+// The selector that a specifier word stands for; iosk_last for any other token.
+io_specifier specifier_of(token_kind token);
 
 // The list in parentheses behind the name of a symbol: the call of it, at `position`. Next to expressions it
 // takes section triplets and alternate return labels.

@@ -8,9 +8,6 @@
 
 namespace zf90 {
 
-// shapes
-bool replace_object(expr_node *&, const object *, expr_node *) { return false; }
-
 // the end of the compilation
 bool check_object(object *) { return true; }
 bool check_scope(scope *) { return true; }

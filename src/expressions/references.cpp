@@ -274,8 +274,15 @@ bool check_implied_do(expr_node *node, std::uint32_t flags, object *routine) {
         ok = check_expression(e, flags, routine) && ok;
         e->intent_in = e->intent_in || !(flags & ecf_designator);
     }
+    do_loop *const control = node->do_info;
     const std::uint32_t designator_flags = ecf_designator | ecf_section_ok;
-    return check_do_control(node->do_info, flags & ~designator_flags, routine) && ok;
+    if (!check_do_control(control, flags & ~designator_flags, routine)) {
+        return false;
+    }
+    if (node->has_a_scope && control->variable->type->type_code != tk_integer) {
+        return fail_at(msg_implied_do_variable_must_have_integer_type, control->variable);
+    }
+    return ok;
 }
 
 bool check_node(expr_node *node, std::uint32_t flags, object *routine) {

@@ -1,15 +1,14 @@
 // The type of the result of a call where it depends on the arguments: the length and the bounds that the
 // function declares, with its dummy arguments replaced by the actual ones.
 #include "constants/folding.h"
-#include "driver/deep_call.h"
 #include "expressions/calls.h"
 #include "expressions/check.h"
 #include "expressions/operators.h"
+#include "expressions/rewrite.h"
 #include "il/entries.h"
 #include "il/types.h"
 
 #include <algorithm>
-#include <utility>
 #include <vector>
 
 namespace zf90 {
@@ -21,15 +20,6 @@ struct substitution {
     object *specific;
     expr_node *actuals; // null: dummies become `enk_param`
 };
-
-// A copy that is to be checked again.
-expr_node *copy_node(const expr_node *node) {
-    expr_node *copy = il_new<expr_node>();
-    *copy = *node;
-    copy->il_id = 0;
-    copy->multiply_referenced = false;
-    return copy;
-}
 
 param_type *param_of_name(const object *specific, const atom *name) {
     param_type *p = specific->type->routine.param_type_list;
@@ -50,10 +40,7 @@ expr_node *replace_dummy(const expr_node *node, const substitution &s, const ato
     if (!p || !actual) {
         return nullptr;
     }
-    expr_node *ref = new_ref(actual);
-    ref->source_pos = node->source_pos;
-    copy_keyword(node, ref);
-    return ref;
+    return ref_in_place_of(node, actual);
 }
 
 bool is_own(const object *o, const object *specific) {
@@ -61,7 +48,7 @@ bool is_own(const object *o, const object *specific) {
 }
 
 expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
-    expr_node *leaf = copy_node(node);
+    expr_node *leaf = copy_unchecked_node(node);
     set_expr_node_kind(leaf, kind);
     leaf->type = t;
     leaf->next = nullptr;
@@ -95,123 +82,11 @@ expr_node *replace_object_node(const expr_node *node, const substitution &s) {
     return leaf;
 }
 
-expr_node *substituted(expr_node *node, const substitution &s);
-expr_node *substituted_list(expr_node *list, const substitution &s);
-
-// Collects the rewritten parts of a node; the node is copied when the first of them has changed.
-struct node_rewriter {
-    expr_node *original;
-    expr_node *copy = nullptr;
-
-    expr_node *changed() {
-        if (!copy) {
-            copy = copy_node(original);
-            copy->next = nullptr;
-        }
-        return copy;
+expr_node *replace_leaf(const expr_node *node, const substitution &s) {
+    if (node->node_kind == enk_object) {
+        return replace_object_node(node, s);
     }
-};
-
-void rewrite_loop(node_rewriter &r, const substitution &s) {
-    const do_loop *loop = r.original->do_info;
-    do_loop parts = *loop;
-    parts.variable = substituted(loop->variable, s);
-    parts.initial_value = substituted(loop->initial_value, s);
-    parts.final_value = substituted(loop->final_value, s);
-    parts.increment = substituted(loop->increment, s);
-    if (parts.variable != loop->variable || parts.initial_value != loop->initial_value ||
-        parts.final_value != loop->final_value || parts.increment != loop->increment) {
-        do_loop *copy = new_do_loop();
-        const std::uint32_t id = copy->il_id;
-        *copy = parts;
-        copy->il_id = id;
-        r.changed()->do_info = copy;
-    }
-}
-
-// The node with everything in it rewritten; itself if nothing has changed. `next` is left alone.
-expr_node *substitute_parts(expr_node *node, const substitution &s) {
-    node_rewriter r{node};
-    const auto rewrite = [&](expr_node *expr_node::*part, bool is_list) {
-        expr_node *was = node->*part;
-        expr_node *now = is_list ? substituted_list(was, s) : substituted(was, s);
-        if (now != was) {
-            r.changed()->*part = now;
-        }
-    };
-    switch (node->node_kind) {
-    case enk_object: {
-        expr_node *leaf = replace_object_node(node, s);
-        return leaf ? leaf : node;
-    }
-    case enk_param: {
-        expr_node *leaf = s.actuals ? replace_dummy(node, s, node->parameter->source_corresp.name) : nullptr;
-        return leaf ? leaf : node;
-    }
-    case enk_ref: {
-        expr_node *target = substituted(node->reference, s);
-        if (target != node->reference) {
-            expr_node *ref = new_ref(target);
-            ref->source_pos = node->source_pos;
-            copy_keyword(node, ref);
-            return ref;
-        }
-        return node;
-    }
-    case enk_operation:
-    case enk_intrinsic:
-    case enk_call: rewrite(&expr_node::operands, true); break;
-    case enk_field: rewrite(&expr_node::base_expr, false); break;
-    case enk_subscript:
-    case enk_substring:
-    case enk_section:
-        rewrite(&expr_node::array_expr, false);
-        rewrite(&expr_node::ind_list, true);
-        break;
-    case enk_constructor: rewrite(&expr_node::constructor, true); break;
-    case enk_implied_do:
-    case enk_isum:
-        rewrite(&expr_node::expr_list, true);
-        rewrite_loop(r, s);
-        break;
-    case enk_triplet:
-        rewrite(&expr_node::first, false);
-        rewrite(&expr_node::second, false);
-        rewrite(&expr_node::stride, false);
-        break;
-    default: break;
-    }
-    return r.copy ? r.copy : node;
-}
-
-// One node that is on no list.
-expr_node *substituted(expr_node *node, const substitution &s) {
-    return node ? deep_call([&] { return substitute_parts(node, s); }) : nullptr;
-}
-
-// A list. What comes before a node that has changed is copied for the sake of its link; what comes behind the
-// last one that has is shared.
-expr_node *substituted_list(expr_node *list, const substitution &s) {
-    std::vector<expr_node *> was;
-    std::vector<expr_node *> now;
-    std::size_t changed = 0; // behind the last change
-    for (expr_node *node = list; node; node = node->next) {
-        was.push_back(node);
-        now.push_back(substituted(node, s));
-        if (now.back() != node) {
-            changed = now.size();
-        }
-    }
-    if (changed == 0) {
-        return list;
-    }
-    expr_node *rest = was[changed - 1]->next;
-    for (std::size_t i = changed; i-- > 0;) {
-        expr_node *node = now[i] != was[i] ? now[i] : copy_node(was[i]);
-        node->next = rest;
-        rest = node;
-    }
-    return rest;
+    return s.actuals ? replace_dummy(node, s, node->parameter->source_corresp.name) : nullptr;
 }
 
 // A type with its length and its bounds rewritten; itself if nothing has changed.
@@ -264,8 +139,8 @@ type *substitute_in_type(type *t, const substitution &s) {
 } // namespace
 
 bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals) {
-    expr_node *result = substituted_list(slot, {specific, actuals});
-    return std::exchange(slot, result) != result;
+    const substitution s{specific, actuals};
+    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
 }
 
 type *instantiate_result_type(type *t, object *specific, expr_node *actuals, object *routine) {

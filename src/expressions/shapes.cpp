@@ -4,8 +4,10 @@
 
 #include "constants/folding.h"
 #include "driver/deep_call.h"
+#include "expressions/operators.h"
 #include "expressions/predicates.h"
 #include "expressions/references.h"
+#include "expressions/rewrite.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -310,6 +312,22 @@ expr_node *expr_extent(expr_node *expr, unsigned dimension) {
     return deep_call([&] { return dimension ? dimension_extent(expr, dimension) : whole_extent(expr); });
 }
 
+// ---- the variable of a loop
+
+bool replace_object(expr_node *&slot, const object *o, expr_node *replacement) {
+    return rewrite_tree(slot, [=](const expr_node *leaf) -> expr_node * {
+        if (leaf->node_kind != enk_object || leaf->object != o) {
+            return nullptr;
+        }
+        expr_node *copy = copy_unchecked_node(replacement);
+        copy->source_pos = leaf->source_pos;
+        copy_keyword(leaf, copy);
+        copy->intent_in = leaf->intent_in;
+        copy->is_optional = leaf->is_optional;
+        return copy;
+    });
+}
+
 // ---- tables of bounds
 
 void section_bounds(type *t) {
@@ -387,7 +405,6 @@ expr_node *new_sum_variable(const expr_node *variable, expr_node *sum) {
     node->source_pos = variable->source_pos;
     node->object = o;
     node->type = model->type;
-    begin_check(node);
     return node;
 }
 

@@ -474,7 +474,7 @@ enum symbol_var_flags : std::uint32_t {
     vf_on_entry_list = 1u << 9, // while the dummy arguments of an ENTRY are read: it is one of them
 };
 
-// `aux2` of the procedure kinds, of sk_label and of sk_host_candidate.
+// `aux2` of the procedure kinds, of sk_label, of sk_namelist and of sk_host_candidate.
 enum symbol_aux_flags : std::uint32_t {
     pf_type_declared = 1u << 0, // an intrinsic name whose type the unit declared
     pf_body_seen = 1u << 1,     // its FUNCTION or SUBROUTINE statement has been processed
@@ -485,6 +485,7 @@ enum symbol_aux_flags : std::uint32_t {
     lf_format = 1u << 3,        // sk_label: has been referred to as a FORMAT
     lf_listed = 1u << 4,        // sk_label: is in the list of labels being read
     lf_reported = 1u << 5,      // sk_label: an error made it clear that it may never be defined
+    nf_used = 1u << 0,          // sk_namelist: a statement uses it, and its members are marked as referenced
     cf_referenced = 1u << 0,    // sk_host_candidate: saved sf_referenced
     cf_used_as_bound = 1u << 1, // sk_host_candidate: saved sf_used_as_bound
 };

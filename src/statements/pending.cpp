@@ -9,21 +9,7 @@ namespace zf90 {
     bool stmt_##name() { return skip_to_eos(); }
 
 // clang-format off
-PENDING(allocate)
-PENDING(backspace)
-PENDING(close)
-PENDING(deallocate)
-PENDING(endfile)
-PENDING(format)
-PENDING(inquire)
-PENDING(namelist)
-PENDING(nullify)
-PENDING(open)
-PENDING(print)
-PENDING(read)
-PENDING(rewind)
 PENDING(use)
-PENDING(write)
 // clang-format on
 
 #undef PENDING

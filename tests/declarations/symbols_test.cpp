@@ -716,8 +716,8 @@ TEST_F(symbols_test, a_name_in_a_statement_function_counts_as_a_use_in_the_host)
 TEST_F(symbols_test, no_host_association_into_an_interface_body) {
     symbol *host = new_symbol(sk_variable, at("IB"), 1);
     symbol *global = new_symbol(sk_module, at("GM"), 0);
-    interface_depth = 1;
     push_scope(sr_unit);
+    curr_row().outer_interface_depth = 1;
     read("IB");
     symbol *s = lookup_reference();
     EXPECT_EQ(s->kind, sk_host_candidate);

@@ -1,0 +1,116 @@
+// The handlers of READ, WRITE, PRINT, OPEN, CLOSE, INQUIRE, BACKSPACE, ENDFILE and REWIND. They read the
+// control list and the items; what needs types is checked with the statements of the whole compilation.
+#include "declarations/namelist.h"
+#include "expressions/parser.h"
+#include "il/entries.h"
+#include "source/token_helpers.h"
+#include "statements/constructs.h"
+#include "statements/handlers.h"
+#include "statements/io_specifiers.h"
+
+namespace zf90 {
+
+namespace {
+
+struct io_statement {
+    statement *made;
+    io_control control;
+};
+
+io_statement begin_io(il_statement_kind kind) {
+    check_reachable();
+    statement *s = add_statement(kind);
+    s->io_descr = new_input_output_description();
+    return {s, begin_io_control(s->io_descr, kind)};
+}
+
+// The items of input and output; that those of input are variables is for the check to say.
+bool parse_items(statement *s) { return parse_element_list(parse_expression, s->expr, false); }
+
+// Behind the word: a format, and items behind a comma.
+bool parse_short_form(const io_statement &io) {
+    input_output_description *d = io.made->io_descr;
+    d->unit_kind = iou_default;
+    if (at_namelist_group()) {
+        return parse_namelist_spec(d, false);
+    }
+    bool good;
+    {
+        const stop_at stops{tok_comma};
+        good = parse_format(d, false);
+    }
+    if (curr_token == tok_comma) {
+        next_token(lex_signed);
+        good = parse_items(io.made) && good;
+    }
+    return good;
+}
+
+// A control list, and items behind it.
+bool parse_long_form(io_statement &io) {
+    bool good = parse_io_control(io.control);
+    if (good && curr_token != tok_eos && io.made->io_descr->format_kind != iof_namelist_directed) {
+        good = parse_items(io.made);
+    }
+    return good && !io.control.failed;
+}
+
+bool parse_without_items(io_statement &io) { return parse_io_control(io.control) && !io.control.failed; }
+
+// A unit alone, or a control list.
+bool parse_positioning(il_statement_kind kind) {
+    io_statement io = begin_io(kind);
+    if (next_token(lex_signed) == tok_lparen) {
+        return parse_without_items(io);
+    }
+    return parse_unit(io.control, false);
+}
+
+} // namespace
+
+bool stmt_read() {
+    io_statement io = begin_io(stmk_read);
+    return next_token(lex_label | lex_signed) == tok_lparen ? parse_long_form(io) : parse_short_form(io);
+}
+
+bool stmt_write() {
+    io_statement io = begin_io(stmk_write);
+    next_token(0);
+    return parse_long_form(io);
+}
+
+bool stmt_print() {
+    io_statement io = begin_io(stmk_write);
+    next_token(lex_label | lex_signed);
+    return parse_short_form(io);
+}
+
+bool stmt_open() {
+    io_statement io = begin_io(stmk_open);
+    next_token(0);
+    return parse_without_items(io);
+}
+
+bool stmt_close() {
+    io_statement io = begin_io(stmk_close);
+    next_token(0);
+    return parse_without_items(io);
+}
+
+bool stmt_inquire() {
+    io_statement io = begin_io(stmk_inquire);
+    next_token(0);
+    bool good = parse_io_control(io.control);
+    if (good && is_seen(io.control, iosk_iolength)) {
+        good = parse_items(io.made);
+    }
+    return good && !io.control.failed;
+}
+
+bool stmt_backspace() { return parse_positioning(stmk_backspace); }
+
+bool stmt_endfile() { return parse_positioning(stmk_endfile); }
+
+bool stmt_rewind() { return parse_positioning(stmk_rewind); }
+
+} // namespace zf90
