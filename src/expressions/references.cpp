@@ -285,6 +285,21 @@ bool check_implied_do(expr_node *node, std::uint32_t flags, object *routine) {
     return ok;
 }
 
+// The operations and intrinsic references that are built by the checks themselves, of parts that have been
+// checked and of references to such, and by statements. The assignment in the body of a statement function is
+// one: its value is a scalar, which is converted to the type of the function.
+bool check_built_node(expr_node *node, std::uint32_t flags, object *routine) {
+    flags &= ecf_stmt_func;
+    if (!check_list(node->operands, flags | ecf_whole_assumed_size, routine)) {
+        return false;
+    }
+    if (!flags || node->node_kind != enk_operation) {
+        return true;
+    }
+    expr_node *&value = node->operands->next;
+    return stmt_func_walk(value) && assign_conversion(node->operands->type, value);
+}
+
 bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     if (!classify(node)) {
         return false;
@@ -309,9 +324,8 @@ bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     }
     case enk_param: node->type = node->parameter->type; return true;
     case enk_data_implied_do_var: node->type = default_integer(); return true;
-    // These are built by the checks themselves, of parts that have been checked, and of references to such.
     case enk_operation:
-    case enk_intrinsic: return check_list(node->operands, ecf_whole_assumed_size, routine);
+    case enk_intrinsic: return check_built_node(node, flags, routine);
     default: return true;
     }
 }
