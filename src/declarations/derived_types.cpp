@@ -331,6 +331,14 @@ void fix_forward_types() {
             implied = implied ? resolve_forward_type(implied) : nullptr;
         }
     }
+    // What has taken a type from the rules by now: that turned out to be the host's.
+    for (object *o = row.il_scope->objects; o; o = o->next) {
+        const type *element = o->type ? element_type_of(o->type) : nullptr;
+        if (element && is_derived(element) && element->symbol_link &&
+            element->symbol_link->kind == sk_host_link) {
+            o->type = resolve_forward_type(o->type);
+        }
+    }
     if (object *result = row.il_scope->function_result_var) {
         result->type = resolve_forward_type(result->type);
         if (object *function = result->variant.result_var_function) {

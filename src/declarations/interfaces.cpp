@@ -10,6 +10,7 @@
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 namespace zf90 {
@@ -18,21 +19,26 @@ namespace {
 
 // ---- members
 
-// Of the interface that was added to last, so that no list is searched for each new member.
-struct {
-    interface *generic;
+// What is on the list of an interface, so that no list is searched for each new member.
+struct interface_members {
     object_list_member *last;
     std::unordered_set<const object *> routines;
-} members;
+};
 
-void turn_to(interface *generic) {
-    members.generic = generic;
-    members.last = nullptr;
-    members.routines.clear();
-    for (object_list_member *m = generic->routine_prototype_list; m; m = m->next) {
+std::unordered_map<const interface *, interface_members> members_of_interfaces;
+
+// The members, with those that have joined the list elsewhere.
+interface_members &members_of(const interface *generic) {
+    interface_members &members = members_of_interfaces[generic];
+    if (!generic->routine_prototype_list) {
+        members = {};
+    }
+    object_list_member *m = members.last ? members.last->next : generic->routine_prototype_list;
+    for (; m; m = m->next) {
         members.last = m;
         members.routines.insert(m->object);
     }
+    return members;
 }
 
 // ---- generic specifications
@@ -202,9 +208,7 @@ void add_to_interface(object *routine, std::int32_t depth) {
     if (!generic) {
         return;
     }
-    if (generic != members.generic || !generic->routine_prototype_list || members.last->next) {
-        turn_to(generic);
-    }
+    interface_members &members = members_of(generic);
     if (!members.routines.insert(routine).second) {
         return;
     }

@@ -307,6 +307,7 @@ bool read_subprogram(bool is_entry, type *result_type) {
     }
     if (curr_unit.prefix && !is_entry) {
         read_skipped_selectors(*curr_unit.prefix);
+        curr_unit.prefix->failed |= !ok; // what it names may be missing
     }
     if (is_entry) {
         statement *entry_point = add_statement(stmk_fentry);
