@@ -330,14 +330,18 @@ bool check_argument_entity(const expr_node *actual, const object *o, const param
     if (param && param->is_pointer && !o->is_pointer) {
         ok = misses(msg_expected_pointer_entity, actual->source_pos);
     }
-    if (const char *text = unpassable_class(o)) {
-        error_at(msg_actual_argument_must_not_be_name_of, actual->source_pos, text);
-        ok = false;
-    }
-    return ok;
+    return check_passable(o, actual->source_pos) && ok;
 }
 
 } // namespace
+
+bool check_passable(const object *o, source_pos position) {
+    const char *const text = unpassable_class(o);
+    if (text) {
+        error_at(msg_actual_argument_must_not_be_name_of, position, text);
+    }
+    return !text;
+}
 
 bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node *actual,
                                 const param_type *param) {
