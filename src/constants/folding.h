@@ -5,12 +5,16 @@
 
 namespace zf90 {
 
-// Folds a checked tree. `value` has no value if the tree is no constant, or is in error; with `must_fold`
-// that is an error, and the node becomes an `enk_error`. False if something was in error and reported.
+// Folds a checked tree. `value` has no value if the tree is no constant or is in error. With `must_fold` what
+// is no constant is an error, at the innermost node that does not fold. A tree is never changed, but that a
+// node in error may become an `enk_error`, and that the type of a folded array gets a shape of constants and
+// that of a substring its length. False if the tree is in error, which has been reported, now or earlier.
 bool fold_expression(expr_node *node, fold_value &value, bool must_fold);
 
 // Gives the initial value of a named constant, which is held as a tree until somebody needs it, its folded
 // form; does nothing the second time. False if it is in error; that has been reported.
 bool check_initializer(constant *value);
+
+void folding_init(); // forgets what is known of the constants of an earlier compilation
 
 } // namespace zf90

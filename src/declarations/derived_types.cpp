@@ -324,6 +324,17 @@ type *resolve_forward_type(type *t) {
     return s->kind == sk_host_link ? with_element(t, entity_as<type>(follow_links(s))) : t;
 }
 
+void settle_type_access(const symbol *s) {
+    auto *t = entity_as<type>(s);
+    t->is_public = (s->flags & sf_public) != 0;
+    if (!is_derived(t) || s->from_module) {
+        return;
+    }
+    for (object *c = t->derived.first_field; c; c = c->next) {
+        c->is_public = t->is_public && c->symbol_link && (c->symbol_link->flags & sf_public);
+    }
+}
+
 void fix_forward_types() {
     scope_row &row = curr_row();
     if (!row.implicit_none) {

@@ -18,6 +18,10 @@ void finish_open_type();
 // of its host. Error 465 if there is none by now. Other types are returned as they are.
 type *resolve_forward_type(type *t);
 
+// When the unit ends: a type and its components take their accessibility from their names. The components of
+// a type that is not public are not public either.
+void settle_type_access(const symbol *s);
+
 // When the specification part ends: settles the types of the implicit rules and of the function's result that
 // were named before they were defined.
 void fix_forward_types();

@@ -1,6 +1,7 @@
 // The final kinds of names, and the names that are never used.
 #include "declarations/end_of_unit.h"
 
+#include "declarations/derived_types.h"
 #include "declarations/external_names.h"
 #include "declarations/implicit.h"
 #include "declarations/intrinsic_names.h"
@@ -217,7 +218,7 @@ bool can_be_saved(const object *o) {
 
 void finish_symbol(symbol *s) {
     switch (s->kind) {
-    case sk_derived_type: entity_as<type>(s)->is_public = (s->flags & sf_public) != 0; break;
+    case sk_derived_type: settle_type_access(s); break;
     case sk_variable: finish_variable(s); break;
     case sk_subroutine:
     case sk_function:

@@ -1,6 +1,7 @@
 // The main flow. One process compiles one source file; there is one way out, fe_exit.
 #include "driver/driver.h"
 
+#include "constants/folding.h"
 #include "declarations/scopes.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
@@ -168,6 +169,7 @@ void fe_init() {
     curr_token_pos = error_pos = null_pos;
     remark_count = warning_count = error_count = catastrophe_count = 0;
     il_init();
+    folding_init();
     init_seed_tables();
     lexer_init();
     main_program_seen = false;

@@ -352,6 +352,7 @@ struct expr_node : il_entry {
         bool has_a_scope;            // enk_implied_do, enk_isum
         bool has_triplet;            // enk_symbol_call: the list has a section triplet
     };
+    std::uintptr_t fold_memo; // of the folder (constants/folding.cpp), not written to any file
 };
 
 struct do_loop : il_entry {

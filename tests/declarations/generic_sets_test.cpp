@@ -237,5 +237,18 @@ TEST_F(GenericSetsTest, PrivateTypes) {
     EXPECT_TRUE(depends_on_private_type(routine("M/F")));
 }
 
+TEST_F(GenericSetsTest, ComponentsAreAsPublicAsTheirType) {
+    EXPECT_EQ(compile("module m\nprivate\npublic a, b\ntype a\ninteger i\nend type\n"
+                      "type b\nprivate\ninteger i\nend type\ntype c\ninteger i\nend type\nend\n"),
+              "");
+    const type *a = body("M")->types;
+    EXPECT_TRUE(a->is_public);
+    EXPECT_TRUE(a->derived.first_field->is_public);
+    EXPECT_TRUE(a->next->is_public);
+    EXPECT_FALSE(a->next->derived.first_field->is_public);
+    EXPECT_FALSE(a->next->next->is_public);
+    EXPECT_FALSE(a->next->next->derived.first_field->is_public);
+}
+
 } // namespace
 } // namespace zf90

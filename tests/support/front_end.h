@@ -2,6 +2,7 @@
 // the pieces share, sources from text, and the messages that came.
 #pragma once
 
+#include "constants/folding.h"
 #include "driver/diagnostics.h"
 #include "driver/driver.h"
 #include "driver/options.h"
@@ -70,6 +71,7 @@ inline void restart_front_end(bool fixed_form = false) {
     }
     region_init();
     il_init();
+    folding_init();
     init_seed_tables();
     il_root = {};
     lexer_init();
