@@ -44,8 +44,8 @@ bool section_has_vector_subscript(const expr_node *expr);
 // is the program unit around it, or null. False if something was in error.
 bool check_type(type *t, object *routine);
 
-// The value of a tree that has been checked, if it has one. What the check could not fold is not tried again,
-// so that nothing is reported twice.
-bool fold_checked(expr_node *node, struct fold_value &value);
+// Whether the public components of a derived type are of public types; error 576 at those that are not. Only
+// when its unit ends is it known what is public.
+bool check_component_access(const type *t);
 
 } // namespace zf90

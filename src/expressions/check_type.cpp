@@ -25,7 +25,7 @@ bool check_bound(bound &b, object *routine) {
     }
     b.expr->intent_in = true;
     fold_value value;
-    if (fold_checked(b.expr, value)) {
+    if (fold_expression(b.expr, value, false) && has_value(value)) {
         set_constant_bound(b, value.integer);
     }
     return true;
@@ -125,6 +125,11 @@ void relocate_to_host(type *&t) {
     }
 }
 
+void report_component(error_code code, const object *field) {
+    const atom *name = field->source_corresp.name;
+    error_at(code, field->source_corresp.decl_position, name ? name->spelling : "");
+}
+
 bool check_derived(type *t, object *routine) {
     bool ok = true;
     for (object *field = t->derived.first_field; field; field = field->next) {
@@ -137,14 +142,8 @@ bool check_derived(type *t, object *routine) {
         if (element->type_code != tk_derived_type) {
             continue;
         }
-        const char *name = field->source_corresp.name ? field->source_corresp.name->spelling : "";
-        const source_pos position = field->source_corresp.decl_position;
         if (t->derived.is_seq && !element->derived.is_seq) {
-            error_at(msg_sequence_type_component_is_not_of_sequence_type, position, name);
-            ok = false;
-        }
-        if (t->is_public && field->is_public && !element->is_public) {
-            error_at(msg_public_derived_type_component_is_of_private_type, position, name);
+            report_component(msg_sequence_type_component_is_not_of_sequence_type, field);
             ok = false;
         }
     }
@@ -177,6 +176,18 @@ bool check_type(type *t, object *routine) {
         }
         return ok;
     });
+}
+
+bool check_component_access(const type *t) {
+    bool ok = true;
+    for (const object *field = t->derived.first_field; field; field = field->next) {
+        const type *element = element_type_of(field->type);
+        if (field->is_public && element->type_code == tk_derived_type && !element->is_public) {
+            report_component(msg_public_derived_type_component_is_of_private_type, field);
+            ok = false;
+        }
+    }
+    return ok;
 }
 
 } // namespace zf90

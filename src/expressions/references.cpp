@@ -19,7 +19,6 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
-#include "intrinsics/handlers.h"
 #include "statements/statement_pass.h"
 
 namespace zf90 {
@@ -353,57 +352,6 @@ bool is_designator(const expr_node *node, std::uint32_t flags) {
     }
 }
 
-bool may_fold(const expr_node *node);
-
-bool may_all_fold(const expr_node *list) {
-    for (const expr_node *e = list; e; e = e->next) {
-        if (!may_fold(e)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool is_unfolded(const expr_node *e) { return e && !may_fold(e); }
-
-// False if it is known that a part has no value: a part that was checked would have been replaced by its
-// value. Without this question an expression would be walked again from each of its levels.
-bool may_fold(const expr_node *node) {
-    for (;;) {
-        switch (node->node_kind) {
-        case enk_constant: return true;
-        case enk_object: return node->object->is_constant;
-        case enk_ref: node = node->reference; break;
-        case enk_triplet:
-            return !is_unfolded(node->first) && !is_unfolded(node->second) && !is_unfolded(node->stride);
-        case enk_operation:
-            if (is_checked(node) || !node->operands || node->operands->next) {
-                return !is_checked(node);
-            }
-            node = node->operands; // a conversion around an operand
-            break;
-        case enk_call:
-        case enk_generic_call:
-        case enk_stmt_label_value: return false;
-        default: return !is_checked(node);
-        }
-    }
-}
-
-// Whether it is worth while to fold a node whose parts have been checked.
-bool is_worth_folding(const expr_node *node) {
-    switch (node->node_kind) {
-    case enk_operation: return may_all_fold(node->operands);
-    case enk_intrinsic: return is_inquiry(node->intrinsic) || may_all_fold(node->operands);
-    case enk_subscript:
-    case enk_section: return may_all_fold(node->ind_list);
-    case enk_ref: return may_fold(node);
-    case enk_call:
-    case enk_generic_call: return false;
-    default: return true;
-    }
-}
-
 bool never_folds(const expr_node *node, std::uint32_t flags) {
     switch (node->node_kind) {
     case enk_constant:
@@ -423,7 +371,7 @@ bool fold_node(expr_node *node, std::uint32_t flags, object *routine) {
         return true;
     }
     const bool must_fold = (flags & ecf_init_expr) != 0;
-    if (!must_fold && (retain_constant_exprs || !is_worth_folding(node))) {
+    if (retain_constant_exprs && !must_fold) {
         return true;
     }
     fold_value value;
@@ -469,14 +417,6 @@ bool check_expression(expr_node *node, std::uint32_t flags, object *routine) {
         }
         return ok;
     });
-}
-
-bool fold_checked(expr_node *node, fold_value &value) {
-    if (node->node_kind != enk_constant && node->node_kind != enk_object && !retain_constant_exprs) {
-        clear_fold_value(value);
-        return false;
-    }
-    return fold_expression(node, value, false) && has_value(value);
 }
 
 // ---- what may be stored to

@@ -218,7 +218,7 @@ expr_node *section_extent(expr_node *section, unsigned dimension) {
             continue;
         }
         return subscript->node_kind == enk_triplet ? triplet_extent(subscript, section->array_expr, of_whole)
-                                                   : expr_extent(subscript, 1);
+                                                   : expr_extent(subscript, 0);
     }
     return size_of(section, dimension);
 }
@@ -227,7 +227,7 @@ expr_node *section_extent(expr_node *section, unsigned dimension) {
 bound folded_extent(bound extent) {
     if (extent.kind == bound_expression && check_expression(extent.expr, ECF_SPEC, nullptr)) {
         fold_value value;
-        if (fold_checked(extent.expr, value)) {
+        if (fold_expression(extent.expr, value, false) && has_value(value)) {
             set_constant_bound(extent, value.integer);
         }
     }
