@@ -19,6 +19,7 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
+#include "intrinsics/handlers.h"
 #include "statements/statement_pass.h"
 
 namespace zf90 {
