@@ -8,6 +8,8 @@
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "declarations/variables.h"
+#include "expressions/check.h"
+#include "expressions/predicates.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/files.h"
@@ -45,16 +47,40 @@ void check_block_data_variable(const symbol *s, object *o) {
     }
 }
 
+// Units that have no automatic objects.
+bool has_fixed_sizes(program_unit_kind kind) {
+    return kind == uk_program || kind == uk_module || kind == uk_block_data;
+}
+
+// A length or bounds that only a dummy argument may have, or an automatic object in a procedure. The variable
+// is of no type from then on, so that there is one message about it.
+void check_extent(const symbol *s, object *o) {
+    const type *t = element_type_of(o->type);
+    if (t->type_code == tk_fcharacter && t->character.length.kind == bound_assumed && !o->is_constant) {
+        error_at(msg_variable_is_character_and_is_not_dummy_argument, s->decl_position, s->name->spelling);
+        o->type = error_type();
+        return;
+    }
+    if (!has_nonconstant_bound(o->type) || !has_fixed_sizes(unit_kind_of(s->scope_depth))) {
+        return;
+    }
+    // Whatever the bounds name, they are good if they are constant.
+    if (!check_type(o->type, nullptr)) {
+        o->type = error_type();
+    } else if (has_nonconstant_bound(o->type)) {
+        error_at(msg_array_has_nonconstant_bounds_and_is_not_dummy, s->decl_position, s->name->spelling);
+        o->type = error_type();
+    }
+}
+
 void finish_variable(symbol *s) {
     type_if_untyped(s);
     object *o = entity_as<object>(s);
     if (global_save && can_be_saved(o)) {
         o->is_saved = true;
     }
-    const type *t = element_type_of(o->type);
-    if (t->type_code == tk_fcharacter && t->character.length.kind == bound_assumed && !o->is_parameter &&
-        !o->is_result && !o->is_constant && !s->from_module) {
-        error_at(msg_variable_is_character_and_is_not_dummy_argument, s->decl_position, s->name->spelling);
+    if (!o->is_parameter && !o->is_result && !s->from_module) {
+        check_extent(s, o);
     }
     if (unit_kind_of(curr_scope_depth) == uk_block_data && !o->is_result) {
         check_block_data_variable(s, o);
@@ -69,6 +95,7 @@ void finish_implied_do_variable(symbol *s) {
     o->storage_class = sc_implied_do_var;
     o->type = t;
     s->entity = o;
+    type_if_untyped(s);
 }
 
 // ---- procedures

@@ -5,6 +5,8 @@
 #include "il/entries.h"
 #include "il/types.h"
 
+#include <algorithm>
+#include <iterator>
 #include <unordered_map>
 
 namespace zf90 {
@@ -147,9 +149,38 @@ void build_public_list(scope_row &row, symbol *module) {
     }
 }
 
+// The rules of the scopes closed so far; most units of a source have those of the one before.
+const scope_rules *latest_rules;
+
+const scope_rules *rules_of_row(const scope_row &row) {
+    if (latest_rules && latest_rules->implicit_none == row.implicit_none &&
+        std::equal(std::begin(row.implicit_types), std::end(row.implicit_types),
+                   latest_rules->implicit_types)) {
+        return latest_rules;
+    }
+    scope_rules *rules = il_new<scope_rules>();
+    rules->implicit_none = row.implicit_none;
+    std::copy(std::begin(row.implicit_types), std::end(row.implicit_types), rules->implicit_types);
+    latest_rules = rules;
+    return rules;
+}
+
+template <class T> T *last_of(T *list) {
+    while (list && list->next) {
+        list = list->next;
+    }
+    return list;
+}
+
+// The depth of the row that a routine's scope has while it is open.
+std::int32_t depth_of(const scope *s) {
+    return s->assoc_routine ? s->assoc_routine->source_corresp.scope_depth + 1 : 0;
+}
+
 } // namespace
 
 void scopes_init() {
+    latest_rules = nullptr;
     curr_scope_depth = -1;
     interface_depth = 0;
     curr_unit_kind = uk_none;
@@ -185,6 +216,10 @@ scope *push_scope(scope_row_kind kind) {
 
 void pop_scope() {
     scope_row &row = curr_row();
+    if (row.il_scope) {
+        row.il_scope->rules = rules_of_row(row);
+        row.il_scope->saves_all = global_save;
+    }
     const bool in_module = is_module_row(row);
     for (symbol *s = row.first_symbol, *next; s; s = next) {
         next = s->next_in_scope;
@@ -199,6 +234,50 @@ void pop_scope() {
         }
     }
     --curr_scope_depth;
+}
+
+bool is_open_scope(const scope *s) {
+    if (curr_row().il_scope == s) { // an interface body's routine has no depth of its own
+        return true;
+    }
+    const std::int32_t depth = depth_of(s);
+    return depth <= curr_scope_depth && scope_stack[depth].il_scope == s;
+}
+
+void reopen_scope(scope *s, closed_state &outer) {
+    const std::int32_t depth = depth_of(s);
+    while (depth >= scope_stack_size) {
+        grow_scope_stack();
+    }
+    scope_row &row = scope_stack[depth];
+    outer = {row, depth, curr_scope_depth, curr_unit, curr_unit_kind, interface_depth};
+    row = {};
+    row.row_kind = s->assoc_routine->storage_class == sc_stmt_func ? sr_stmt_function : sr_unit;
+    row.il_scope = s;
+    row.last_parameter = last_of(s->parameters);
+    row.last_type = last_of(s->types);
+    row.last_object = last_of(s->objects);
+    row.last_label = last_of(s->labels);
+    row.last_entry = last_of(s->entries);
+    row.last_namelist = last_of(s->namelist_groups);
+    row.last_interface = last_of(s->interfaces);
+    row.implicit_none = s->rules->implicit_none;
+    std::copy(std::begin(s->rules->implicit_types), std::end(s->rules->implicit_types), row.implicit_types);
+    row.spec_done = true;
+    curr_scope_depth = depth;
+    curr_unit = {};
+    curr_unit.spec_part_over = true;
+    curr_unit.global_save = s->saves_all;
+    interface_depth = 0;
+    curr_unit_kind = unit_kind_of(depth);
+}
+
+void close_reopened_scope(const closed_state &outer) {
+    scope_stack[outer.depth] = outer.row;
+    curr_scope_depth = outer.scope_depth;
+    curr_unit = outer.unit;
+    curr_unit_kind = outer.unit_kind;
+    interface_depth = outer.interfaces;
 }
 
 void set_standard_implicit_types(scope_row &row) {

@@ -99,6 +99,31 @@ scope *push_scope(scope_row_kind kind);
 // Closes the top row: takes its symbols off their chains, and leaves global names and common blocks behind.
 void pop_scope();
 
+// How names of a scope get a type without a declaration. Scopes with the same rules share them.
+struct scope_rules {
+    bool implicit_none;
+    type *implicit_types[26];
+};
+
+// What a reopened scope has put out of the way.
+struct closed_state {
+    scope_row row; // that had the scope's depth
+    std::int32_t depth;
+    std::int32_t scope_depth;
+    unit_state unit;
+    program_unit_kind unit_kind;
+    int interfaces;
+};
+
+// Makes the row of a scope's depth look as it did while the scope was open, with its lists to append to and
+// its rules for names, and puts it on top. The rows of the scopes around it must be in place. Its symbols
+// stay off their chains. The scope must have been closed. close_reopened_scope undoes it.
+void reopen_scope(scope *s, closed_state &outer);
+void close_reopened_scope(const closed_state &outer);
+
+// Whether a scope is on the stack.
+bool is_open_scope(const scope *s);
+
 // The default rules: I to N default integer, the other letters default real.
 void set_standard_implicit_types(scope_row &row);
 

@@ -550,6 +550,7 @@ void finish_forward_type(symbol *s) {
     }
     type *t = entity_as<type>(s);
     error_at(msg_component_type_is_not_defined, s->decl_position, s->name->spelling);
+    t->is_public = true; // nothing else is said of it
     set_symbol_kind(s, sk_derived_type);
     s->entity = t;
 }

@@ -1,6 +1,7 @@
 // The statements that open and close program units.
 #include "declarations/units.h"
 
+#include "declarations/check_scopes.h"
 #include "declarations/derived_types.h"
 #include "declarations/end_of_unit.h"
 #include "declarations/external_names.h"
@@ -586,15 +587,6 @@ void enter_prototype(const scope *s) {
     add_to_interface(routine, curr_scope_depth - 1);
 }
 
-// The objects of a scope lie one behind the other, as the components of a derived type do.
-void lay_out_frame(const scope *s) {
-    type frame{};
-    frame.type_code = tk_derived_type;
-    frame.alignment = 1;
-    frame.derived.first_field = s->objects;
-    complete_type(&frame);
-}
-
 } // namespace
 
 void end_program_unit() {
@@ -609,8 +601,10 @@ void end_program_unit() {
     scope *s = curr_row().il_scope;
     make_prototypes(s);
     if (curr_scope_depth == 1) {
+        check_declarations(s);
         enter_unit(s);
     } else if (is_unit && is_interface_body()) {
+        check_declarations(s); // nothing leads to them afterwards
         enter_prototype(s);
     }
     lay_out_frame(s);

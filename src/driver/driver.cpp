@@ -2,6 +2,7 @@
 #include "driver/driver.h"
 
 #include "constants/folding.h"
+#include "declarations/check_scopes.h"
 #include "declarations/scopes.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
@@ -205,6 +206,7 @@ void compile(int argc, char **argv) {
         begin_unit_state();
         process_program_unit();
     }
+    check_compilation();
     finish_listing_outputs();
     if (error_count == 0) {
         merge_constants(&il_root);

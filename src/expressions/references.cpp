@@ -16,6 +16,7 @@
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
 #include "expressions/shapes.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -96,6 +97,9 @@ bool is_procedure(symbol_kind kind) {
 bool classify_name(expr_node *node) {
     symbol *s = settle_symbol(node->symbol);
     const symbol_kind kind = s ? s->kind : sk_label;
+    if (s) {
+        note_name(s, node);
+    }
     if (kind == sk_variable || is_procedure(kind) || kind == sk_external_unused ||
         kind == sk_dummy_procedure) {
         set_expr_node_kind(node, enk_object);
@@ -156,6 +160,9 @@ bool is_substring_position(const expr_node *list) {
 bool classify_name_with_list(expr_node *node) {
     symbol *s = settle_symbol(node->symbol);
     expr_node *list = node->operands;
+    if (s) {
+        note_name(s, node);
+    }
     if (s && s->kind == sk_variable) {
         object *o = entity_as<object>(s);
         const type_code code = o->type->type_code;
@@ -430,6 +437,7 @@ bool check_definable(expr_node *expr) {
             if (o->is_constant || (o->intent_in && !o->intent_out)) {
                 return fail_at(msg_must_be_definable_variable, e);
             }
+            note_definition(expr);
             return true;
         }
         case enk_field: e = e->base_expr; break;

@@ -267,6 +267,9 @@ struct scope : il_entry {
     entry_description *entries;
     namelist_group *namelist_groups;
     interface *interfaces;
+    const struct scope_rules
+        *rules;     // of its names, once its row is closed (declarations/scopes.h); not written
+    bool saves_all; // SAVE without a list; not written
 };
 
 struct interface : named_entry {
