@@ -14,6 +14,7 @@
 #include "driver/diagnostics.h"
 #include "driver/driver.h"
 #include "driver/options.h"
+#include "expressions/calls.h"
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
@@ -411,6 +412,12 @@ bool check_declarations_within(scope *s) {
     }
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
         good &= check_generic_set(generic, check_object);
+    }
+    if (routine && routine->type->type_code == tk_routine) {
+        complete_interface(routine);
+    }
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        complete_interface(e->assoc_routine);
     }
     finish_uses();
     return good;
