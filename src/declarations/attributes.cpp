@@ -277,7 +277,7 @@ bool check_one(const attribute_check &c, std::size_t i, attribute_set &set) {
         } else {
             error_at(msg_entity_declared_repeatedly, c.position, name_of(c), attr_names[i]);
         }
-        set[j] = false;
+        set[set[j] ? j : i] = false; // the one that is stated now
         good = false;
     }
     if (need == unmet) {

@@ -124,7 +124,13 @@ common_info *read_block_name() {
         block = entity_as<common_info>(s);
         next_token(lex_lone_slash);
     }
-    return accept_token(tok_slash, msg_expected_slash, lex_lone_slash) ? block : nullptr;
+    if (curr_token != tok_slash) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_slash);
+        return nullptr; // what stands here may be the first member
+    }
+    next_token(lex_lone_slash);
+    return block;
 }
 
 // A member, which is left out of the storage if the block or the member itself is in error.

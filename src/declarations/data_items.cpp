@@ -4,10 +4,12 @@
 #include "constants/folding.h"
 #include "declarations/end_of_unit.h"
 #include "declarations/implicit.h"
+#include "declarations/scopes.h"
 #include "driver/deep_call.h"
 #include "driver/options.h"
 #include "expressions/check.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/types.h"
 
@@ -32,6 +34,18 @@ bool is_element(const expr_node *node) {
     }
 }
 
+// The variable of an implied DO is one of its own, but takes its type from the name outside, which is thus in
+// use.
+void mark_outer_name(const symbol *variable) {
+    symbol *s = variable->name->first_symbol;
+    while (s && (!(s->flags & sf_visible) || s->kind == sk_common_block)) {
+        s = s->next_same_name;
+    }
+    if (s && s->scope_depth == curr_scope_depth && (s->flags & sf_typed)) {
+        s->flags |= sf_implied_do;
+    }
+}
+
 // The variable of an implied DO must be an integer.
 bool check_control_variable(const expr_node *variable) {
     if (!variable || variable->node_kind != enk_symbol) {
@@ -41,6 +55,7 @@ bool check_control_variable(const expr_node *variable) {
     if (s->kind == sk_implied_do_var) {
         finish_symbol(s);
     }
+    mark_outer_name(s);
     const bool is_declared = (s->flags & sf_typed) != 0;
     apply_implicit(s, variable->source_pos);
     const type *t = type_of_symbol(s);
@@ -66,6 +81,7 @@ bool check_controls(const expr_node *item) {
 }
 
 bool check_element(const expr_node *e) {
+    note_definition(e);
     if (e->node_kind == enk_error) {
         return false;
     }
@@ -251,20 +267,24 @@ bool visit_section(const expr_node *node, const designator_place &place, part_vi
     return true;
 }
 
-// The bytes of the elements of a whole array; an empty one has the size of an element.
-std::int64_t length_of_whole(const type *t, std::int64_t size) {
-    if (!is_array(t) || !bounds_of_type(t)) {
-        return size;
+// The bytes of all elements of an object. Its own size is no measure: an array without elements, and one of
+// empty texts, have the size of an element.
+std::int64_t length_of_whole(const designator_place &place) {
+    const type *t = place.type;
+    const bound_info_entry *bounds = is_array(t) ? bounds_of_type(t) : nullptr;
+    if (!bounds) {
+        return place.length;
     }
-    const bound_info_entry *bounds = bounds_of_type(t);
+    std::int64_t length = t->array.element_type->size;
     for (unsigned i = 0; i < t->array.rank; ++i) {
         const bound &lower = bounds->bounds[i];
         const bound &upper = bounds->bounds[t->array.rank + i];
-        if (lower.kind == bound_constant && upper.kind == bound_constant && upper.value < lower.value) {
-            return 0;
+        if (lower.kind != bound_constant || upper.kind != bound_constant) {
+            return place.length;
         }
+        length *= static_cast<std::int64_t>(constant_extent(lower, upper));
     }
-    return size;
+    return length;
 }
 
 // Visits the stretches of a variable that a designator stands for, in order.
@@ -284,7 +304,7 @@ bool visit_parts_of(expr_node *node, part_visitor visit) {
         if (!find_place(node, place_in_data, place)) {
             return false;
         }
-        place.length = length_of_whole(place.type, place.length);
+        place.length = length_of_whole(place);
         return visit(place);
     }
     case enk_ref: return visit_parts(node->reference, visit);
@@ -407,7 +427,11 @@ bool check_data_item(expr_node *item, object *routine) {
     if (!check_controls(item) || !check_expression(item, ECF_DATA_OBJECT, routine)) {
         return false;
     }
-    return item->node_kind != enk_implied_do || check_elements(item);
+    if (item->node_kind == enk_implied_do) {
+        return check_elements(item);
+    }
+    note_definition(item);
+    return true;
 }
 
 bool walk_data_item(expr_node *item, item_visitor visitor) {

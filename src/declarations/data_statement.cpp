@@ -7,6 +7,7 @@
 #include "declarations/variables.h"
 #include "expressions/parser.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
 #include "statements/handlers.h"
@@ -90,7 +91,12 @@ bool holds_value(const object *o) {
 void store(item_match &match, const expr_node *designator, const designator_place &run, const constant *c,
            std::int64_t offset, std::uint32_t count) {
     object *o = run.object;
-    if (!holds_value(o) || store_data_value(c, o, offset, count) || match.reported == o) {
+    const bool is_empty_text =
+        is_array(o->type) && c->type->type_code == tk_fcharacter && constant_length(c->type) == 0;
+    if (is_empty_text) {
+        return; // it takes no room
+    }
+    if (store_data_value(c, o, offset, count) || match.reported == o) {
         return;
     }
     error_at(msg_multiple_data_initialization_of_storage_for, designator->source_pos,
@@ -100,6 +106,10 @@ void store(item_match &match, const expr_node *designator, const designator_plac
 
 bool assign_to_item(void *context, const expr_node *designator, const designator_place &run) {
     auto &match = *static_cast<item_match *>(context);
+    if (!holds_value(run.object)) {
+        match.queue->at_end = true;
+        return false;
+    }
     type *t = element_type_of(run.type);
     std::int64_t elements = t->size != 0 ? run.length / t->size : 1;
     std::int64_t offset = run.offset;
@@ -150,8 +160,7 @@ bool match_values(expr_node *items, bool good) {
     const stop_at stops{tok_comma, tok_slash};
     data_value_queue queue;
     start_data_values(queue);
-    queue.at_end = queue.at_end || !good;
-    if (!check_items(items)) {
+    if (!good || !check_items(items)) {
         queue.at_end = true;
     }
     if (!queue.at_end && walk_items(items, queue)) {
@@ -165,6 +174,7 @@ bool match_values(expr_node *items, bool good) {
     }
     good = good && !queue.at_end;
     drop_data_values(queue);
+    finish_uses();
     return good;
 }
 
@@ -191,7 +201,8 @@ bool read_set() {
         }
         if (curr_token != tok_slash) {
             expect_token(tok_slash, msg_expected_slash);
-            return skip_to_eos() && false; // where the values begin is not clear
+            skip_to_eos(); // where the values begin is not clear
+            return false;
         }
         next_token(lex_signed | lex_lone_slash);
     }

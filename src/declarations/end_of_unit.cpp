@@ -291,7 +291,8 @@ struct unused_report {
 
 unused_report report_of_variable(const symbol *s) {
     const object *o = entity_as<object>(s);
-    if (unit_kind_of(curr_scope_depth) == uk_block_data || (s->var_flags & vf_in_common)) {
+    if (unit_kind_of(curr_scope_depth) == uk_block_data || (s->var_flags & vf_in_common) ||
+        (s->flags & sf_implied_do)) {
         return {};
     }
     if (s->var_flags & vf_equivalenced) {

@@ -13,6 +13,7 @@
 #include "expressions/check.h"
 #include "expressions/parser.h"
 #include "expressions/predicates.h"
+#include "expressions/uses.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "source/token_helpers.h"
@@ -86,7 +87,7 @@ bool read_group() {
         good = read_item(group);
         if (good && curr_token != tok_comma) {
             const source_pos position = curr_token_pos;
-            accept_token(tok_comma, msg_expected_comma, 0);
+            expect_token(tok_comma, msg_expected_comma);
             if (curr_token == tok_rparen) {
                 error_at(msg_expected_identifier, position);
             }
@@ -108,7 +109,6 @@ bool read_group() {
 bool stmt_equivalence() {
     next_token(0);
     bool good = true;
-    const stop_at stops{tok_comma};
     do {
         good = read_group() && good;
     } while (accept_optional(tok_comma, 0));
@@ -154,7 +154,10 @@ void evaluate_equivalence(equiv_group *group) {
     type *first_type = nullptr;
     for (equiv_item *item = group->items; item; item = item->next) {
         expr_node *designator = item->designator;
-        if (!check_expression(designator, ecf_designator, curr_routine())) {
+        const bool good = check_expression(designator, ecf_designator, curr_routine());
+        forget_use(designator);
+        finish_uses();
+        if (!good) {
             continue;
         }
         designator_place place;

@@ -58,6 +58,10 @@ symbol *read_group_name(bool &has_name) {
 void read_member(symbol *group) {
     name_locator name = curr_name;
     symbol *s = lookup_resolved(name.atom->first_symbol, curr_scope_depth);
+    if (s && s->scope_depth <= 0 &&
+        (s->kind == sk_intrinsic_function || s->kind == sk_intrinsic_subroutine)) {
+        s = nullptr; // this scope does not use the procedure of that name
+    }
     s = make_variable(s, name);
     if (s->name != error_atom) {
         note_declaration(s, name.position, false);

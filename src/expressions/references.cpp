@@ -291,19 +291,33 @@ bool check_implied_do(expr_node *node, std::uint32_t flags, object *routine) {
     return ok;
 }
 
-// The operations and intrinsic references that are built by the checks themselves, of parts that have been
-// checked and of references to such, and by statements. The assignment in the body of a statement function is
-// one: its value is a scalar, which is converted to the type of the function.
-bool check_built_node(expr_node *node, std::uint32_t flags, object *routine) {
-    flags &= ecf_stmt_func;
-    if (!check_list(node->operands, flags | ecf_whole_assumed_size, routine)) {
+bool is_assignment(const expr_node *node) {
+    switch (node->op_kind) {
+    case eok_iassign:
+    case eok_lassign:
+    case eok_fassign:
+    case eok_xassign:
+    case eok_cassign:
+    case eok_sassign: return true;
+    default: return false;
+    }
+}
+
+// The body of a statement function is built as an assignment to its result.
+bool check_stmt_function_body(expr_node *node, std::uint32_t flags, object *routine) {
+    expr_node *const result = node->operands;
+    expr_node *&value = result->next;
+    if (!check_expression(result, ecf_designator, routine) || !check_expression(value, flags, routine) ||
+        !stmt_func_walk(value) || !assign_conversion(result->type, value)) {
         return false;
     }
-    if (!flags || node->node_kind != enk_operation) {
-        return true;
+    result->intent_out = true;
+    value->intent_in = true;
+    node->type = void_type();
+    if (node->op_kind == eok_cassign) {
+        result->any_type_argument = value->any_type_argument = true;
     }
-    expr_node *&value = node->operands->next;
-    return stmt_func_walk(value) && assign_conversion(node->operands->type, value);
+    return true;
 }
 
 bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
@@ -331,7 +345,12 @@ bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     case enk_param: node->type = node->parameter->type; return true;
     case enk_data_implied_do_var: node->type = default_integer(); return true;
     case enk_operation:
-    case enk_intrinsic: return check_built_node(node, flags, routine);
+        if ((flags & ecf_stmt_func) && is_assignment(node)) {
+            return check_stmt_function_body(node, flags, routine);
+        }
+        [[fallthrough]];
+    // The others are built of parts that have been checked and of references to such; so are those of ASSIGN.
+    case enk_intrinsic: return check_list(node->operands, ecf_whole_assumed_size, routine);
     default: return true;
     }
 }

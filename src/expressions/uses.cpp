@@ -3,6 +3,7 @@
 
 #include "source/tokens.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace zf90 {
@@ -22,15 +23,8 @@ bool is_intrinsic_operator(const symbol *s) {
     return s->name->token_code >= first_operator_token && s->name->token_code <= last_operator_token;
 }
 
-} // namespace
-
-void note_name(symbol *s, const expr_node *node) {
-    if (!is_intrinsic_operator(s)) {
-        waiting_uses.push_back({s, node, node->source_pos, use_referenced});
-    }
-}
-
-void note_definition(const expr_node *designator) {
+// The waiting use of the variable that a designator leads to, or null.
+waiting_use *find_use(const expr_node *designator) {
     // The name is that of the node at the end, or of the one around it, which was read as a name with a list.
     const expr_node *around = designator;
     const expr_node *node = designator;
@@ -49,11 +43,28 @@ void note_definition(const expr_node *designator) {
             node = next;
         }
     }
-    for (auto use = waiting_uses.rbegin(); use != waiting_uses.rend(); ++use) {
-        if (use->node == node || use->node == around) {
-            use->use = use_modified;
-            return;
-        }
+    const auto use = std::find_if(waiting_uses.rbegin(), waiting_uses.rend(),
+                                  [=](const waiting_use &u) { return u.node == node || u.node == around; });
+    return use == waiting_uses.rend() ? nullptr : &*use;
+}
+
+} // namespace
+
+void note_name(symbol *s, const expr_node *node) {
+    if (!is_intrinsic_operator(s)) {
+        waiting_uses.push_back({s, node, node->source_pos, use_referenced});
+    }
+}
+
+void note_definition(const expr_node *designator) {
+    if (waiting_use *use = find_use(designator)) {
+        use->use = use_modified;
+    }
+}
+
+void forget_use(const expr_node *designator) {
+    if (const waiting_use *use = find_use(designator)) {
+        waiting_uses.erase(waiting_uses.begin() + (use - waiting_uses.data()));
     }
 }
 

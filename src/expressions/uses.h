@@ -13,6 +13,9 @@ void note_name(symbol *s, const expr_node *node);
 // The variable that a checked designator leads to is given a value.
 void note_definition(const expr_node *designator);
 
+// The naming of the variable that a checked designator leads to is no use of it.
+void forget_use(const expr_node *designator);
+
 // Ends the statement: what has been noted since the last call is marked and written. Warning 3 for an active
 // DO variable that is given a value.
 void finish_uses();

@@ -6,6 +6,7 @@
 #include "driver/diagnostics.h"
 #include "expressions/check.h"
 #include "expressions/parser.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -29,7 +30,11 @@ after_item read_separator(std::uint32_t mode) {
         next_token(mode);
         return after_item::next_item;
     }
-    return accept_token(tok_rparen, msg_expected_comma_or_rparen, 0) ? after_item::end : after_item::failure;
+    if (accept_optional(tok_rparen, 0)) {
+        return after_item::end;
+    }
+    expect_token(tok_rparen, msg_expected_comma_or_rparen);
+    return after_item::failure;
 }
 
 // "STAT = variable)", which ends the list.
@@ -55,7 +60,9 @@ template <class Add> bool read_list(il_statement_kind kind, bool has_stat, Add a
         add(s, e);
         switch (read_separator(has_stat ? lex_specifier | lex_signed : lex_signed)) {
         case after_item::end: return true;
-        case after_item::failure: return false;
+        case after_item::failure:
+            mark_error_node(e); // who knows what was meant
+            return false;
         case after_item::next_item: break;
         }
         if (has_stat && curr_token == tok_spec_stat) {
@@ -158,6 +165,11 @@ const object *named_object(const expr_node *e) {
     }
 }
 
+void mark_definition(expr_node *e) {
+    e->intent_out = true;
+    note_definition(e);
+}
+
 bool is_dynamic(const object *o) { return o && (o->is_pointer || o->is_allocatable); }
 
 bool is_integer(const type *t) { return t->type_code == tk_integer; }
@@ -238,7 +250,9 @@ bool check_alloc(alloc *item, object *routine) {
     if (!is_dynamic(named_object(item->var))) {
         return refuse(item->var, msg_must_be_pointer_or_allocatable_array);
     }
-    item->var->intent_out = good;
+    if (good) {
+        mark_definition(item->var);
+    }
     return good;
 }
 
@@ -292,9 +306,11 @@ bool check_stat(const statement *s, object *routine, bool items_good) {
         good = refuse(stat, msg_must_be_scalar_integer_variable);
     }
     good = refuse_items(s) && good;
-    good = good && check_definable(stat);
-    stat->intent_out = good;
-    return good;
+    if (!good || !check_definable(stat)) {
+        return false;
+    }
+    mark_definition(stat);
+    return true;
 }
 
 // ---- bounds and the objects allocated
@@ -328,7 +344,7 @@ bool check_dealloc(expr_node *e, object *routine) {
     if (!is_dynamic(named_object(e))) {
         return refuse(e, msg_must_be_pointer_or_allocatable_array);
     }
-    e->intent_out = true;
+    mark_definition(e);
     return true;
 }
 
@@ -363,7 +379,7 @@ bool check_nullify(statement *s) {
             good = refuse(e, msg_must_be_pointer);
             continue;
         }
-        e->intent_out = true;
+        mark_definition(e);
     }
     return good;
 }

@@ -18,13 +18,16 @@ namespace {
 
 char format_buffer[stmt_buffer_size]; // the tokens are no longer than their statement
 char *format_end;
-bool format_failed; // something was reported: the text is of no use
+bool format_failed;   // something was reported: the text is of no use
+bool token_failed;    // the tokenizer has found fault with the current token
+bool text_unfinished; // a character constant has no end, and took all of the statement
 
 // Reads a token and writes it down. Letters come in upper case.
 void format_token() {
     const std::uint32_t errors_before = error_count;
     next_token(lex_format);
-    format_failed = format_failed || error_count != errors_before;
+    token_failed = error_count != errors_before;
+    format_failed = format_failed || token_failed;
     if (!format_failed && curr_token != tok_eos) {
         format_end = std::copy_n(token_text, token_length, format_end);
     }
@@ -279,14 +282,20 @@ void parse_nothing(format_item &item) {
     }
 }
 
+void parse_text(format_item &item) {
+    text_unfinished = token_failed;
+    if (curr_token == tok_hollerith && !token_failed) {
+        warning(msg_hollerith_constants_are_obsolescent);
+    }
+    item.no_scale = item.no_repeat = true;
+    format_token();
+}
+
 void parse_descriptor(format_item &item) {
     switch (curr_token) {
     case tok_letter: parse_letter(item); break;
-    case tok_hollerith: warning(msg_hollerith_constants_are_obsolescent); [[fallthrough]];
-    case tok_character:
-        item.no_scale = item.no_repeat = true;
-        format_token();
-        break;
+    case tok_hollerith:
+    case tok_character: parse_text(item); break;
     case tok_slash: item.no_scale = true; break; // it is taken as what separates items
     case tok_colon:
     case tok_double_colon: item.no_scale = item.no_repeat = true; break;
@@ -380,7 +389,7 @@ constant *format_constant(source_pos position) {
 
 bool stmt_format() {
     format_end = format_buffer;
-    format_failed = false;
+    format_failed = text_unfinished = false;
     format_token();
     const source_pos position = curr_token_pos;
     if (curr_token == tok_lparen) {
@@ -388,7 +397,7 @@ bool stmt_format() {
         if (curr_token != tok_rparen) {
             parse_format_list();
         }
-        if (!accept_token(tok_rparen, msg_expected_rparen, 0)) {
+        if (!text_unfinished && !accept_token(tok_rparen, msg_expected_rparen, 0)) {
             format_failed = true;
         }
     } else {

@@ -4,6 +4,7 @@
 #include "driver/deep_call.h"
 #include "driver/diagnostics.h"
 #include "expressions/check.h"
+#include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -41,6 +42,13 @@ bool refuse(const expr_node *node, error_code code) {
     return false;
 }
 
+// Marks a variable as one that the statement gives a value. False if it may not be set, which is reported.
+bool set_by_statement(expr_node *variable) {
+    variable->intent_out = true;
+    note_definition(variable);
+    return check_definable(variable);
+}
+
 // ---- the unit
 
 void give_up_unit(input_output_description *d) {
@@ -53,8 +61,7 @@ bool check_internal_unit(const io_context &io) {
     switch (io.kind) {
     case stmk_read: unit->intent_in = true; break;
     case stmk_write:
-        unit->intent_out = true;
-        if (!check_definable(unit)) {
+        if (!set_by_statement(unit)) {
             return false;
         }
         break;
@@ -106,6 +113,19 @@ bool check_format_variable(expr_node *expr) {
                : refuse(expr, msg_expression_must_be_variable_of_type_default_integer);
 }
 
+// Where the name of the group stands, which is kept among the specifiers until now; null if there is no
+// control list, or the name was in error.
+const expr_node *take_namelist_place(input_output_description *d) {
+    for (expr_node **link = &d->specifier_list; *link; link = &(*link)->next) {
+        if ((*link)->selector == iosk_nml) {
+            const expr_node *place = *link;
+            *link = place->next;
+            return place;
+        }
+    }
+    return nullptr;
+}
+
 bool check_format(const io_context &io) {
     input_output_description *d = io.description;
     switch (d->format_kind) {
@@ -124,11 +144,13 @@ bool check_format(const io_context &io) {
         d->format_kind = iof_assigned_var;
         return check_format_variable(expr);
     }
-    case iof_namelist_directed:
+    case iof_namelist_directed: {
         d->format.namelist_group->source_corresp.referenced = true;
-        return d->unit_kind == iou_internal
-                   ? refuse(d->unit_expr, msg_namelist_directed_internal_i_o_is_not_allowed)
+        const expr_node *place = take_namelist_place(d);
+        return place && d->unit_kind == iou_internal
+                   ? refuse(place, msg_namelist_directed_internal_i_o_is_not_allowed)
                    : true;
+    }
     default: return true;
     }
 }
@@ -192,8 +214,7 @@ bool check_variable(expr_node *node, bool fits, error_code code) {
     if (!fits || !is_designator(node)) {
         return refuse(node, code);
     }
-    node->intent_out = true;
-    return check_definable(node);
+    return set_by_statement(node);
 }
 
 bool check_specifier(const io_context &io, expr_node *node) {
@@ -233,8 +254,7 @@ bool check_specifier(const io_context &io, expr_node *node) {
 // An item of READ: a variable that may be set, or an implied DO of such.
 bool check_input_item(expr_node *item) {
     if (item->node_kind != enk_implied_do) {
-        item->intent_out = true;
-        return check_definable(item);
+        return set_by_statement(item);
     }
     return deep_call([item] {
         bool good = true;
@@ -245,6 +265,15 @@ bool check_input_item(expr_node *item) {
     });
 }
 
+// An item of output: a value.
+bool check_output_item(expr_node *item) {
+    item->intent_in = true;
+    const bool is_procedure =
+        item->node_kind != enk_implied_do &&
+        (item->type->type_code == tk_routine || item->type->type_code == tk_unspec_routine);
+    return is_procedure ? refuse(item, msg_expected_expression) : true;
+}
+
 bool check_items(statement *s, object *routine) {
     const bool is_input = s->kind == stmk_read;
     const std::uint32_t flags = is_input ? std::uint32_t{ECF_DATA_OBJECT} : 0u;
@@ -252,10 +281,8 @@ bool check_items(statement *s, object *routine) {
     for (expr_node *item = s->expr; item; item = item->next) {
         if (!check_expression(item, flags, routine)) {
             good = false;
-        } else if (is_input) {
-            good = check_input_item(item) && good;
         } else {
-            item->intent_in = true;
+            good = (is_input ? check_input_item(item) : check_output_item(item)) && good;
         }
     }
     return good;

@@ -108,12 +108,25 @@ void append_specifier(io_control &c, io_specifier specifier, expr_node *node) {
     c.last_specifier = node;
 }
 
+// The name of a namelist group. Where it stands is kept among the specifiers until the check, which knows
+// whether it may stand there.
+bool parse_group(io_control &c, bool quiet) {
+    const source_pos position = curr_token_pos;
+    const bool good = parse_namelist_spec(c.description, quiet);
+    if (good && !quiet) {
+        expr_node *place = new_expr_node(enk_empty);
+        place->source_pos = position;
+        append_specifier(c, iosk_nml, place);
+    }
+    return good;
+}
+
 // Reads what stands behind the "=" of a specifier, and keeps it unless `quiet`. False after an error.
 bool parse_specifier_value(io_control &c, io_specifier specifier, bool quiet) {
     switch (specifier) {
     case iosk_unit: next_token(lex_signed); return parse_unit(c, quiet);
     case iosk_fmt: next_token(lex_label | lex_signed); return parse_format(c.description, quiet);
-    case iosk_nml: next_token(0); return parse_namelist_spec(c.description, quiet);
+    case iosk_nml: next_token(0); return parse_group(c, quiet);
     default: break;
     }
     expr_node *node = parse_value(specifier);
@@ -198,6 +211,9 @@ bool parse_positional_items(io_control &c) {
     }
     const bool takes_format = (c.io_allowed & io_bit(iosk_fmt)) != 0;
     if (!go_on_to_item(c, takes_format ? item_mode | lex_label : item_mode)) {
+        if (c.failed && c.description->unit_kind == iou_external) {
+            c.description->unit_kind = iou_error; // it may have been meant for something else
+        }
         return false;
     }
     if (!takes_format || at_keyword()) {
@@ -205,7 +221,7 @@ bool parse_positional_items(io_control &c) {
     }
     const bool is_group = at_namelist_group();
     note_positional(c, is_group ? iosk_nml : iosk_fmt);
-    if (!(is_group ? parse_namelist_spec(c.description, false) : parse_format(c.description, false))) {
+    if (!(is_group ? parse_group(c, false) : parse_format(c.description, false))) {
         c.failed = true;
     }
     return go_on_to_item(c, item_mode);
@@ -279,6 +295,10 @@ bool parse_format(input_output_description *d, bool quiet) {
     format_kind kind = iof_error;
     label *format_label = nullptr;
     expr_node *expr = nullptr;
+    if (curr_token == tok_label && *line_cursor == '_') { // the kind of a text
+        lex_rewind_token();
+        next_token(lex_signed);
+    }
     if (curr_token == tok_label) {
         kind = iof_format_label;
         format_label = entity_as<label>(read_label_reference(label_use_format));

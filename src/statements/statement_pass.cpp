@@ -11,6 +11,7 @@
 #include "expressions/shapes.h"
 #include "expressions/uses.h"
 #include "il/types.h"
+#include "statements/allocate.h"
 #include "statements/case_ranges.h"
 #include "statements/io_check.h"
 
@@ -399,6 +400,9 @@ bool check_simple_statement(statement *s, object *routine) {
     case stmk_pause: return check_stop(s) && good;
     case stmk_exit:
     case stmk_cycle: mark_loop_label(s); return good;
+    case stmk_alloc: return check_allocate(s, routine) && good;
+    case stmk_dealloc: return check_deallocate(s, routine) && good;
+    case stmk_nullify: return good && check_nullify(s);
     default: return good;
     }
 }
