@@ -226,14 +226,12 @@ bool check_routine_object(object *o) {
         o->source_corresp.referenced = true;
     }
     scope *const body = has_scope(o) ? o->variant.assoc_scope : nullptr;
-    if (body && body->rules) {
-        const scope_visit visit(body);
-        good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
-        good &= check_type(o->type, o);
-    } else {
-        good &= check_type(o->type, body ? o : nullptr);
+    if (!body || !body->rules) {
+        return check_type(o->type, body ? o : nullptr) && good;
     }
-    return good;
+    const scope_visit visit(body);
+    good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
+    return check_type(o->type, o) && good;
 }
 
 } // namespace
@@ -402,6 +400,7 @@ bool check_declarations_within(scope *s) {
     for (object *o = s->objects; o; o = o->next) {
         good &= check_declared_object(o);
     }
+    good &= check_object(routine);
     if (s->function_result_var) {
         raise_result_storage(s->function_result_var);
     }
@@ -499,7 +498,8 @@ bool check_scope(scope *s) {
 bool check_compilation() {
     bool good = true;
     // Procedures that a statement names for the first time come behind the last unit.
-    for (const object *o = il_root.primary_scope->objects; o; o = o->next) {
+    for (object *o = il_root.primary_scope->objects; o; o = o->next) {
+        good &= check_object(o);
         if (has_scope(o)) {
             good &= check_scope(o->variant.assoc_scope);
         }

@@ -371,12 +371,26 @@ void report_if_unused(const symbol *s) {
 
 } // namespace
 
+// Whether a storage is used shows in the names that lie in it, in whatever order these are reported.
+static void mark_used_storage(const symbol *s) {
+    if (s->kind != sk_variable || !(s->flags & sf_referenced)) {
+        return;
+    }
+    const object *o = entity_as<object>(s);
+    if (o->storage_class == sc_associated && o->assoc.variable) {
+        o->assoc.variable->source_corresp.referenced = true;
+    }
+}
+
 void finish_row(std::int32_t depth) {
     // Ahead of all reports: a variable is in use if another one is that shares its storage.
     for (const symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
         if (s->flags & sf_referenced) {
             mark_entity(s);
         }
+    }
+    for (const symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
+        mark_used_storage(s);
     }
     for (symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
         // First, for the entities take their accessibility from it: a PUBLIC or PRIVATE without a list

@@ -400,8 +400,8 @@ bool check_simple_statement(statement *s, object *routine) {
     case stmk_pause: return check_stop(s) && good;
     case stmk_exit:
     case stmk_cycle: mark_loop_label(s); return good;
-    case stmk_alloc: return check_allocate(s, routine) && good;
-    case stmk_dealloc: return check_deallocate(s, routine) && good;
+    case stmk_alloc: return check_allocate(s, routine);
+    case stmk_dealloc: return check_deallocate(s, routine);
     case stmk_nullify: return good && check_nullify(s);
     default: return good;
     }
