@@ -220,17 +220,6 @@ bool check_data_object(object *o) {
     return true;
 }
 
-// What callers know of a routine, which is null if it has no scope. Its scope must be on top.
-bool check_prototype(object *o, object *routine) {
-    if (!check_type(o->type, routine)) {
-        return false;
-    }
-    if (routine && o->type->type_code == tk_routine) {
-        complete_interface(o, static_cast<unsigned>(curr_scope_depth));
-    }
-    return true;
-}
-
 bool check_routine_object(object *o) {
     bool good = true;
     if (o->storage_class == sc_external || o->storage_class == sc_internal) {
@@ -241,11 +230,11 @@ bool check_routine_object(object *o) {
     }
     scope *const body = has_scope(o) ? o->variant.assoc_scope : nullptr;
     if (!body || !body->rules) {
-        return check_prototype(o, body ? o : nullptr) && good;
+        return check_type(o->type, body ? o : nullptr) && good;
     }
     const scope_visit visit(body);
     good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
-    return check_prototype(o, o) && good;
+    return check_type(o->type, o) && good;
 }
 
 } // namespace
@@ -426,6 +415,12 @@ bool check_declarations_within(scope *s) {
     }
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
         good &= check_generic_set(generic, check_object);
+    }
+    if (routine && routine->type->type_code == tk_routine) {
+        complete_interface(routine);
+    }
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        complete_interface(e->assoc_routine);
     }
     finish_uses();
     return good;

@@ -46,9 +46,6 @@ bool check_list(expr_node *list, std::uint32_t flags, object *routine) {
 
 // ---- names
 
-namespace {
-
-// The meaning of a name, with the final kind that it has from now on; null if it has none.
 symbol *settle_symbol(symbol *s) {
     for (;;) {
         switch (s->kind) {
@@ -89,6 +86,8 @@ symbol *settle_symbol(symbol *s) {
         }
     }
 }
+
+namespace {
 
 bool is_procedure(symbol_kind kind) {
     return (kind >= sk_subroutine && kind <= sk_specific_subroutine) || kind == sk_dummy_function ||
