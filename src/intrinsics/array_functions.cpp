@@ -1,4 +1,5 @@
 // The functions that combine, rearrange or reduce the elements of arrays.
+#include "constants/folding.h"
 #include "expressions/predicates.h"
 #include "expressions/shapes.h"
 #include "il/constants.h"
@@ -32,8 +33,8 @@ type *new_unknown_shape(type *element, unsigned rank, shape_kind kind, expr_node
     return t;
 }
 
-// The extent of the only dimension of an array of rank 1, if it is constant.
-bool constant_vector_extent(const expr_node *e, std::uint64_t &extent) {
+// The lower bound and the extent of the only dimension of an array of rank 1, if they are constant.
+bool constant_vector_bounds(const expr_node *e, std::int32_t &lower, std::uint64_t &extent) {
     bound_info_entry *table = bounds_of_type(e->type);
     if (!table) {
         type *const t = new_type(tk_farray);
@@ -44,6 +45,7 @@ bool constant_vector_extent(const expr_node *e, std::uint64_t &extent) {
     if (!table || table->bounds[0].kind != bound_constant || table->bounds[1].kind != bound_constant) {
         return false;
     }
+    lower = table->bounds[0].value;
     extent = constant_extent(table->bounds[0], table->bounds[1]);
     return true;
 }
@@ -184,8 +186,9 @@ bool handle_reshape(expr_node *node, std::uint32_t flags, object *routine) {
     if (!check_operand_context(node, flags, routine) || !require_array(node, source)) {
         return false;
     }
+    std::int32_t first;
     std::uint64_t rank;
-    if (!constant_vector_extent(shape, rank)) {
+    if (!constant_vector_bounds(shape, first, rank)) {
         return refuse_at(node, msg_non_constant_bound_array_or_non_constant_length, shape);
     }
     if (rank < 1) {
@@ -217,11 +220,11 @@ bool handle_reshape(expr_node *node, std::uint32_t flags, object *routine) {
     }
     source->any_type_argument = true;
     type *const t = new_array_type(element, static_cast<unsigned>(rank));
-    for (unsigned i = 1; i <= rank; ++i) {
+    for (unsigned i = 0; i < rank; ++i) {
         expr_node *const extent = new_expr_node(enk_subscript);
         extent->array_expr = new_ref(shape);
-        extent->ind_list = new_integer_node(static_cast<std::int32_t>(i));
-        set_extent(t, i, extent);
+        extent->ind_list = new_integer_node(first + static_cast<std::int32_t>(i));
+        set_extent(t, i + 1, extent);
     }
     return finish_intrinsic(node, t);
 }
@@ -237,13 +240,14 @@ bool handle_spread(expr_node *node, std::uint32_t flags, object *routine) {
     if (rank > highest_rank) {
         return refuse_at(node, msg_maximum_rank_may_be_six, source);
     }
-    std::int32_t dimension;
-    if (!constant_argument(dim, dimension)) {
+    fold_value folded;
+    if (!fold_expression(dim, folded, false) || folded.repr_kind != ck_value) {
         expr_node *const args = new_ref(source);
         args->next = new_ref(dim);
         args->next->next = new_ref(copies);
         return finish_intrinsic(node, new_unknown_shape(element_of(source), rank, add_dimension, args));
     }
+    const std::int32_t dimension = folded.integer;
     if (dimension < 1 || dimension > static_cast<std::int32_t>(rank)) {
         return refuse_at(node, msg_subscript_out_of_range, dim);
     }
