@@ -116,8 +116,8 @@ expr_node *tree_of_value(const constant *value) {
     return node;
 }
 
-void store_value(constant *value, expr_node *tree, const fold_value &folded) {
-    const constant *const stored = store_fold_value(folded);
+void store_value(constant *value, type *declared, expr_node *tree, const fold_value &folded) {
+    const constant *const stored = fit_texts(store_fold_value(folded), declared);
     value->type = stored->type;
     if (stored->repr_kind == ck_aggregate) {
         set_constant_repr(value, ck_aggregate);
@@ -147,7 +147,7 @@ bool evaluate_initial_value(object *o) {
     if (!fold_expression(tree, folded, true) || !has_value(folded)) {
         return false;
     }
-    store_value(value, tree, folded);
+    store_value(value, o->type, tree, folded);
     return true;
 }
 
@@ -325,6 +325,14 @@ bool check_declared_variable(object *o) {
     return good;
 }
 
+// Whether a procedure that other units may call takes what they may not have.
+bool shows_private_type(const object *o) {
+    return o->storage_class == sc_internal && o->is_public && depends_on_private_type(o);
+}
+
+// That a public procedure is the member of a public generic too is no other mistake.
+bool check_generic_member(object *routine) { return check_object(routine) && !shows_private_type(routine); }
+
 bool check_declared_procedure(object *o) {
     const symbol *s = o->symbol_link;
     if (o->storage_class != sc_internal || !s) {
@@ -335,7 +343,7 @@ bool check_declared_procedure(object *o) {
         return true;
     }
     o->source_corresp.referenced = true;
-    if (depends_on_private_type(o)) {
+    if (shows_private_type(o)) {
         error_at(msg_procedure_dependent_of_private_type_should_not_be_public,
                  o->source_corresp.decl_position);
         return false;
@@ -422,7 +430,7 @@ bool check_declarations_within(scope *s) {
         good &= check_namelist(group, routine);
     }
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
-        good &= check_generic_set(generic, check_object);
+        good &= check_generic_set(generic, check_generic_member);
     }
     finish_uses();
     return good;
