@@ -116,17 +116,19 @@ expr_node *tree_of_value(const constant *value) {
     return node;
 }
 
-void store_value(constant *value, type *declared, expr_node *tree, const fold_value &folded) {
-    const constant *const stored = fit_texts(store_fold_value(folded), declared);
+void store_value(constant *value, expr_node *tree, const fold_value &folded) {
+    const constant *const stored = store_fold_value(folded);
     value->type = stored->type;
     if (stored->repr_kind == ck_aggregate) {
         set_constant_repr(value, ck_aggregate);
         value->aggregate = stored->aggregate;
         return;
     }
-    set_constant_repr(value, retain_constant_exprs ? ck_expression : ck_value);
+    // A constant says no more than its value.
+    const bool keeps_tree = retain_constant_exprs && tree->node_kind != enk_constant;
+    set_constant_repr(value, keeps_tree ? ck_expression : ck_value);
     value->value.bytes = stored->value.bytes;
-    value->value.expr = retain_constant_exprs ? tree : nullptr;
+    value->value.expr = keeps_tree ? tree : nullptr;
 }
 
 // An initial value is converted to the type of its name by the rules of assignment.
@@ -147,7 +149,8 @@ bool evaluate_initial_value(object *o) {
     if (!fold_expression(tree, folded, true) || !has_value(folded)) {
         return false;
     }
-    store_value(value, o->type, tree, folded);
+    fit_text_length(folded, o->type);
+    store_value(value, tree, folded);
     return true;
 }
 
@@ -217,17 +220,6 @@ bool check_data_object(object *o) {
     return true;
 }
 
-// What callers know of a routine, which is null if it has no scope. Its scope must be on top.
-bool check_prototype(object *o, object *routine) {
-    if (!check_type(o->type, routine)) {
-        return false;
-    }
-    if (routine && o->type->type_code == tk_routine) {
-        complete_interface(o, static_cast<unsigned>(curr_scope_depth));
-    }
-    return true;
-}
-
 bool check_routine_object(object *o) {
     bool good = true;
     if (o->storage_class == sc_external || o->storage_class == sc_internal) {
@@ -238,11 +230,11 @@ bool check_routine_object(object *o) {
     }
     scope *const body = has_scope(o) ? o->variant.assoc_scope : nullptr;
     if (!body || !body->rules) {
-        return check_prototype(o, body ? o : nullptr) && good;
+        return check_type(o->type, body ? o : nullptr) && good;
     }
     const scope_visit visit(body);
     good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
-    return check_prototype(o, o) && good;
+    return check_type(o->type, o) && good;
 }
 
 } // namespace
@@ -408,6 +400,17 @@ bool check_entry(const scope *s, const entry_description *entry) {
     return good;
 }
 
+// What callers know of the procedures of a scope names its dummy arguments by their place.
+void complete_interfaces(const scope *s) {
+    if (s->assoc_routine->type->type_code != tk_routine) {
+        return;
+    }
+    complete_interface(s->assoc_routine);
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        complete_interface(e->assoc_routine);
+    }
+}
+
 bool check_declarations_within(scope *s) {
     const scope_visit visit(s);
     object *const routine = s->assoc_routine;
@@ -432,6 +435,7 @@ bool check_declarations_within(scope *s) {
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
         good &= check_generic_set(generic, check_generic_member);
     }
+    complete_interfaces(s);
     finish_uses();
     return good;
 }

@@ -132,6 +132,11 @@ void finish_pending_external(symbol *s) {
 
 void finish_unused_external(symbol *s) {
     object *o = entity_as<object>(s);
+    if (o->storage_class == sc_blockdata) { // which has been defined behind
+        set_symbol_kind(s, sk_block_data);
+        s->entity = o;
+        return;
+    }
     type *&return_type = o->type->routine.return_type;
     if (!(s->flags & sf_called)) {
         if (!is_known(return_type)) {

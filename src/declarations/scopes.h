@@ -145,6 +145,10 @@ void add_parameter(scope_row &row, object_list_member *member);
 void add_type(scope_row &row, type *t);
 void add_object(scope_row &row, object *o);
 void remove_global_object(object *o); // from the global scope's list
+
+// The storage of the COMMON block of that name in the global scope, null if there is none. Blank COMMON has a
+// null name.
+object *find_common_storage(const atom *name);
 void add_label(scope_row &row, label *l);
 void add_entry(scope_row &row, entry_description *entry);
 void add_namelist_group(scope_row &row, namelist_group *group);

@@ -73,6 +73,9 @@ type *with_element(type *shape, type *element) {
     copy->is_numeric = element->is_numeric;
     copy->is_character = element->is_character;
     copy->contains_ptrs = element->contains_ptrs;
+    if (shape->array.shape_kind <= as_shaped && is_too_large(shape)) {
+        copy->size = shape->size; // reported once, and not completed again
+    }
     complete_type(copy);
     return copy;
 }
@@ -224,28 +227,22 @@ bool has_constant_length(const type *t) {
 }
 
 // Gives a text constant the length of what it is assigned to.
-void fit_text_constant(type *destination, expr_node *source) {
-    if (source->node_kind != enk_constant || retain_constant_exprs) {
+void fit_text_constant(const type *destination, expr_node *source) {
+    type *to = is_array(destination) ? destination->array.element_type : const_cast<type *>(destination);
+    const type *from = element_type_of(source->type);
+    if (source->node_kind != enk_constant || retain_constant_exprs || !has_constant_length(to) ||
+        !has_constant_length(from) || char_length_of_type(to).value == char_length_of_type(from).value) {
         return;
     }
-    constant *const fitting = fit_texts(source->constant, destination);
-    if (fitting != source->constant) {
-        source->constant = fitting;
-        source->type = fitting->type;
+    if (is_array(source->type)) {
+        source->type = with_element(source->type, to);
+    } else {
+        source->type = to;
     }
+    source->constant = resize_constant(source->constant, to, source->type);
 }
 
 } // namespace
-
-constant *fit_texts(constant *c, type *destination) {
-    type *to = element_type_of(destination);
-    const type *from = element_type_of(c->type);
-    if (!has_constant_length(to) || !has_constant_length(from) ||
-        char_length_of_type(to).value == char_length_of_type(from).value) {
-        return c;
-    }
-    return resize_constant(c, to, is_array(c->type) ? with_element(c->type, to) : to);
-}
 
 bool assign_conversion(type *destination, expr_node *&source) {
     if (source->type != destination && !assignment_compatible(destination, source->type)) {

@@ -32,9 +32,6 @@ void convert_expr(expr_node *&slot, type *t);
 // Converts the source of an assignment to the destination's type. False after error 385.
 bool assign_conversion(type *destination, expr_node *&source);
 
-// The constant with its texts, if it has any, cut or padded to the length of the destination's.
-constant *fit_texts(constant *c, type *destination);
-
 // What the context of a reference demands of its operands; error 36, 111, 571 or 600, and an error node. The
 // first test of every operator and of most intrinsic procedures.
 bool check_operand_context(expr_node *node, std::uint32_t flags, object *routine);
