@@ -33,21 +33,33 @@ type *new_unknown_shape(type *element, unsigned rank, shape_kind kind, expr_node
     return t;
 }
 
-// The lower bound and the extent of the only dimension of an array of rank 1, if they are constant.
-bool constant_vector_bounds(const expr_node *e, std::int32_t &lower, std::uint64_t &extent) {
-    bound_info_entry *table = bounds_of_type(e->type);
+struct dimension_bounds {
+    const bound *lower;
+    const bound *upper;
+};
+
+// The bounds of a dimension (from 1) of an array expression. False if they are not constant.
+bool constant_bounds(const expr_node *e, unsigned dimension, dimension_bounds &bounds) {
+    const bound_info_entry *table = bounds_of_type(e->type);
     if (!table) {
         type *const t = new_type(tk_farray);
         copy_type(e->type, t);
         section_bounds(t);
         table = bounds_of_type(t);
     }
-    if (!table || table->bounds[0].kind != bound_constant || table->bounds[1].kind != bound_constant) {
+    if (!table) {
         return false;
     }
-    lower = table->bounds[0].value;
-    extent = constant_extent(table->bounds[0], table->bounds[1]);
-    return true;
+    bounds = {&table->bounds[dimension - 1], &table->bounds[rank_of(e) + dimension - 1]};
+    return bounds.lower->kind == bound_constant && bounds.upper->kind == bound_constant;
+}
+
+// Whether two dimensions have the same extent, as far as that is known.
+bool extents_agree(const expr_node *a, unsigned dimension, const expr_node *b, unsigned other) {
+    dimension_bounds p;
+    dimension_bounds q;
+    return !constant_bounds(a, dimension, p) || !constant_bounds(b, other, q) ||
+           constant_extent(*p.lower, *p.upper) == constant_extent(*q.lower, *q.upper);
 }
 
 // The type of `array` without the dimension DIM, of which `dimension` is the number, 0 if it is not known.
@@ -161,7 +173,7 @@ bool handle_matmul(expr_node *node, std::uint32_t flags, object *routine) {
     expr_node *const a = argument(node, 0);
     expr_node *const b = argument(node, 1);
     type *const element = common_type(element_of(a), element_of(b));
-    if (!element) {
+    if (!element || !extents_agree(a, rank_of(a), b, 1)) {
         return refuse_operands(node, a);
     }
     if (rank_of(a) == 1) {
@@ -186,11 +198,11 @@ bool handle_reshape(expr_node *node, std::uint32_t flags, object *routine) {
     if (!check_operand_context(node, flags, routine) || !require_array(node, source)) {
         return false;
     }
-    std::int32_t first;
-    std::uint64_t rank;
-    if (!constant_vector_bounds(shape, first, rank)) {
+    dimension_bounds bounds;
+    if (!constant_bounds(shape, 1, bounds)) {
         return refuse_at(node, msg_non_constant_bound_array_or_non_constant_length, shape);
     }
+    const std::uint64_t rank = constant_extent(*bounds.lower, *bounds.upper);
     if (rank < 1) {
         error_at(msg_must_be_positive, shape->source_pos, "array size");
         mark_error_node(node);
@@ -223,7 +235,7 @@ bool handle_reshape(expr_node *node, std::uint32_t flags, object *routine) {
     for (unsigned i = 0; i < rank; ++i) {
         expr_node *const extent = new_expr_node(enk_subscript);
         extent->array_expr = new_ref(shape);
-        extent->ind_list = new_integer_node(first + static_cast<std::int32_t>(i));
+        extent->ind_list = new_integer_node(bounds.lower->value + static_cast<std::int32_t>(i));
         set_extent(t, i + 1, extent);
     }
     return finish_intrinsic(node, t);
