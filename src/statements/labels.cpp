@@ -157,8 +157,8 @@ symbol *read_label_reference(label_use use) {
 
 namespace {
 
-// The number of the construct that a label being defined belongs to. One on END SELECT belongs to all branches
-// of its construct, whichever of them is the last.
+// The number of the construct that a label being defined belongs to. One on END SELECT belongs to all
+// branches of its construct, whichever of them is the last.
 std::uint32_t place_of_definition(const symbol *label) {
     if (const int loop = loop_of_label(label); loop >= 0) {
         return construct_stack[loop].construct_number;
