@@ -14,6 +14,7 @@
 #include "driver/diagnostics.h"
 #include "driver/driver.h"
 #include "driver/options.h"
+#include "expressions/calls.h"
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/predicates.h"
@@ -123,9 +124,11 @@ void store_value(constant *value, expr_node *tree, const fold_value &folded) {
         value->aggregate = stored->aggregate;
         return;
     }
-    set_constant_repr(value, retain_constant_exprs ? ck_expression : ck_value);
+    // A constant says no more than its value.
+    const bool keeps_tree = retain_constant_exprs && tree->node_kind != enk_constant;
+    set_constant_repr(value, keeps_tree ? ck_expression : ck_value);
     value->value.bytes = stored->value.bytes;
-    value->value.expr = retain_constant_exprs ? tree : nullptr;
+    value->value.expr = keeps_tree ? tree : nullptr;
 }
 
 // An initial value is converted to the type of its name by the rules of assignment.
@@ -146,6 +149,7 @@ bool evaluate_initial_value(object *o) {
     if (!fold_expression(tree, folded, true) || !has_value(folded)) {
         return false;
     }
+    fit_text_length(folded, o->type);
     store_value(value, tree, folded);
     return true;
 }
@@ -225,14 +229,12 @@ bool check_routine_object(object *o) {
         o->source_corresp.referenced = true;
     }
     scope *const body = has_scope(o) ? o->variant.assoc_scope : nullptr;
-    if (body && body->rules) {
-        const scope_visit visit(body);
-        good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
-        good &= check_type(o->type, o);
-    } else {
-        good &= check_type(o->type, body ? o : nullptr);
+    if (!body || !body->rules) {
+        return check_type(o->type, body ? o : nullptr) && good;
     }
-    return good;
+    const scope_visit visit(body);
+    good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
+    return check_type(o->type, o) && good;
 }
 
 } // namespace
@@ -315,6 +317,14 @@ bool check_declared_variable(object *o) {
     return good;
 }
 
+// Whether a procedure that other units may call takes what they may not have.
+bool shows_private_type(const object *o) {
+    return o->storage_class == sc_internal && o->is_public && depends_on_private_type(o);
+}
+
+// That a public procedure is the member of a public generic too is no other mistake.
+bool check_generic_member(object *routine) { return check_object(routine) && !shows_private_type(routine); }
+
 bool check_declared_procedure(object *o) {
     const symbol *s = o->symbol_link;
     if (o->storage_class != sc_internal || !s) {
@@ -325,7 +335,7 @@ bool check_declared_procedure(object *o) {
         return true;
     }
     o->source_corresp.referenced = true;
-    if (depends_on_private_type(o)) {
+    if (shows_private_type(o)) {
         error_at(msg_procedure_dependent_of_private_type_should_not_be_public,
                  o->source_corresp.decl_position);
         return false;
@@ -390,16 +400,29 @@ bool check_entry(const scope *s, const entry_description *entry) {
     return good;
 }
 
+// What callers know of the procedures of a scope names its dummy arguments by their place.
+void complete_interfaces(const scope *s) {
+    if (s->assoc_routine->type->type_code != tk_routine) {
+        return;
+    }
+    complete_interface(s->assoc_routine);
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        complete_interface(e->assoc_routine);
+    }
+}
+
 bool check_declarations_within(scope *s) {
     const scope_visit visit(s);
     object *const routine = s->assoc_routine;
     bool good = true;
     for (type *t = s->types; t; t = t->next) {
         good &= check_type(t, routine);
+        good &= check_component_access(t);
     }
     for (object *o = s->objects; o; o = o->next) {
         good &= check_declared_object(o);
     }
+    good &= check_object(routine);
     if (s->function_result_var) {
         raise_result_storage(s->function_result_var);
     }
@@ -410,8 +433,9 @@ bool check_declarations_within(scope *s) {
         good &= check_namelist(group, routine);
     }
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
-        good &= check_generic_set(generic, check_object);
+        good &= check_generic_set(generic, check_generic_member);
     }
+    complete_interfaces(s);
     finish_uses();
     return good;
 }
@@ -491,7 +515,8 @@ bool check_scope(scope *s) {
 bool check_compilation() {
     bool good = true;
     // Procedures that a statement names for the first time come behind the last unit.
-    for (const object *o = il_root.primary_scope->objects; o; o = o->next) {
+    for (object *o = il_root.primary_scope->objects; o; o = o->next) {
+        good &= check_object(o);
         if (has_scope(o)) {
             good &= check_scope(o->variant.assoc_scope);
         }

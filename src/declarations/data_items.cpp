@@ -4,6 +4,7 @@
 #include "constants/folding.h"
 #include "declarations/end_of_unit.h"
 #include "declarations/implicit.h"
+#include "declarations/scopes.h"
 #include "driver/deep_call.h"
 #include "driver/options.h"
 #include "expressions/check.h"
@@ -33,6 +34,18 @@ bool is_element(const expr_node *node) {
     }
 }
 
+// The variable of an implied DO is one of its own, but takes its type from the name outside, which is thus in
+// use.
+void mark_outer_name(const symbol *variable) {
+    symbol *s = variable->name->first_symbol;
+    while (s && (!(s->flags & sf_visible) || s->kind == sk_common_block)) {
+        s = s->next_same_name;
+    }
+    if (s && s->scope_depth == curr_scope_depth && (s->flags & sf_typed)) {
+        s->flags |= sf_implied_do;
+    }
+}
+
 // The variable of an implied DO must be an integer.
 bool check_control_variable(const expr_node *variable) {
     if (!variable || variable->node_kind != enk_symbol) {
@@ -42,6 +55,7 @@ bool check_control_variable(const expr_node *variable) {
     if (s->kind == sk_implied_do_var) {
         finish_symbol(s);
     }
+    mark_outer_name(s);
     const bool is_declared = (s->flags & sf_typed) != 0;
     apply_implicit(s, variable->source_pos);
     const type *t = type_of_symbol(s);

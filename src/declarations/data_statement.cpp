@@ -201,7 +201,8 @@ bool read_set() {
         }
         if (curr_token != tok_slash) {
             expect_token(tok_slash, msg_expected_slash);
-            return skip_to_eos() && false; // where the values begin is not clear
+            skip_to_eos(); // where the values begin is not clear
+            return false;
         }
         next_token(lex_signed | lex_lone_slash);
     }

@@ -315,8 +315,7 @@ type *resolve_forward_type(type *t) {
     if (s->kind == sk_forward_type) {
         if (!s->aux) {
             error_at(msg_undefined_derived_type, s->decl_position);
-            become_type(s, error_type());
-            element->type_code = tk_error; // for all that have it: nothing more is said about them
+            give_up_forward_type(s);
             return t;
         }
         finish_forward_type(s);
@@ -326,8 +325,11 @@ type *resolve_forward_type(type *t) {
 
 void settle_type_access(const symbol *s) {
     auto *t = entity_as<type>(s);
+    if (!is_derived(t)) {
+        return;
+    }
     t->is_public = (s->flags & sf_public) != 0;
-    if (!is_derived(t) || s->from_module) {
+    if (s->from_module) {
         return;
     }
     for (object *c = t->derived.first_field; c; c = c->next) {

@@ -76,13 +76,13 @@ void check_extent(const symbol *s, object *o) {
 void finish_variable(symbol *s) {
     type_if_untyped(s);
     object *o = entity_as<object>(s);
-    if (global_save && can_be_saved(o)) {
+    if (saves_all_at(s->scope_depth) && can_be_saved(o)) {
         o->is_saved = true;
     }
     if (!o->is_parameter && !o->is_result && !s->from_module) {
         check_extent(s, o);
     }
-    if (unit_kind_of(curr_scope_depth) == uk_block_data && !o->is_result) {
+    if (unit_kind_of(s->scope_depth) == uk_block_data && !o->is_result) {
         check_block_data_variable(s, o);
     }
 }
@@ -132,6 +132,11 @@ void finish_pending_external(symbol *s) {
 
 void finish_unused_external(symbol *s) {
     object *o = entity_as<object>(s);
+    if (o->storage_class == sc_blockdata) { // which has been defined behind
+        set_symbol_kind(s, sk_block_data);
+        s->entity = o;
+        return;
+    }
     type *&return_type = o->type->routine.return_type;
     if (!(s->flags & sf_called)) {
         if (!is_known(return_type)) {
@@ -286,7 +291,8 @@ struct unused_report {
 
 unused_report report_of_variable(const symbol *s) {
     const object *o = entity_as<object>(s);
-    if (unit_kind_of(curr_scope_depth) == uk_block_data || (s->var_flags & vf_in_common)) {
+    if (unit_kind_of(curr_scope_depth) == uk_block_data || (s->var_flags & vf_in_common) ||
+        (s->flags & sf_implied_do)) {
         return {};
     }
     if (s->var_flags & vf_equivalenced) {
@@ -365,12 +371,26 @@ void report_if_unused(const symbol *s) {
 
 } // namespace
 
+// Whether a storage is used shows in the names that lie in it, in whatever order these are reported.
+static void mark_used_storage(const symbol *s) {
+    if (s->kind != sk_variable || !(s->flags & sf_referenced)) {
+        return;
+    }
+    const object *o = entity_as<object>(s);
+    if (o->storage_class == sc_associated && o->assoc.variable) {
+        o->assoc.variable->source_corresp.referenced = true;
+    }
+}
+
 void finish_row(std::int32_t depth) {
     // Ahead of all reports: a variable is in use if another one is that shares its storage.
     for (const symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
         if (s->flags & sf_referenced) {
             mark_entity(s);
         }
+    }
+    for (const symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
+        mark_used_storage(s);
     }
     for (symbol *s = scope_stack[depth].first_symbol; s; s = s->next_in_scope) {
         // First, for the entities take their accessibility from it: a PUBLIC or PRIVATE without a list

@@ -29,6 +29,8 @@ std::int32_t scope_stack_size;
 // end: what stands before each of its objects is kept here, so that taking one out is no search.
 std::unordered_map<const object *, object *> global_predecessor;
 
+std::unordered_map<const atom *, object *> common_storage;
+
 // One more row at least; doubled, so that the copying stays in proportion to the rows.
 void grow_scope_stack() {
     const std::int32_t size = scope_stack_size < min_stack_growth ? min_stack_growth : 2 * scope_stack_size;
@@ -187,6 +189,7 @@ void scopes_init() {
     implicit_letter_set = 0;
     curr_unit = {};
     global_predecessor.clear();
+    common_storage.clear();
 }
 
 scope *push_scope(scope_row_kind kind) {
@@ -242,6 +245,11 @@ bool is_open_scope(const scope *s) {
     }
     const std::int32_t depth = depth_of(s);
     return depth <= curr_scope_depth && scope_stack[depth].il_scope == s;
+}
+
+bool saves_all_at(std::int32_t depth) {
+    const scope *s = depth > 0 && depth < curr_scope_depth ? scope_stack[depth].il_scope : nullptr;
+    return s && s->rules ? s->saves_all : global_save;
 }
 
 void reopen_scope(scope *s, closed_state &outer) {
@@ -329,6 +337,9 @@ void add_type(scope_row &row, type *t) { append(row.il_scope->types, row.last_ty
 void add_object(scope_row &row, object *o) {
     if (row.row_kind == sr_global) {
         global_predecessor[o] = row.last_object;
+        if (o->storage_class == sc_common) {
+            common_storage.emplace(o->source_corresp.name, o);
+        }
     }
     append(row.il_scope->objects, row.last_object, o);
 }
@@ -348,6 +359,11 @@ void remove_global_object(object *o) {
         row.last_object = before;
     }
     o->next = nullptr;
+}
+
+object *find_common_storage(const atom *name) {
+    const auto found = common_storage.find(name);
+    return found == common_storage.end() ? nullptr : found->second;
 }
 
 void add_label(scope_row &row, label *l) { append(row.il_scope->labels, row.last_label, l); }

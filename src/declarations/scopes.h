@@ -124,6 +124,9 @@ void close_reopened_scope(const closed_state &outer);
 // Whether a scope is on the stack.
 bool is_open_scope(const scope *s);
 
+// Whether SAVE without a list stands in the unit of a row.
+bool saves_all_at(std::int32_t depth);
+
 // The default rules: I to N default integer, the other letters default real.
 void set_standard_implicit_types(scope_row &row);
 
@@ -142,6 +145,10 @@ void add_parameter(scope_row &row, object_list_member *member);
 void add_type(scope_row &row, type *t);
 void add_object(scope_row &row, object *o);
 void remove_global_object(object *o); // from the global scope's list
+
+// The storage of the COMMON block of that name in the global scope, null if there is none. Blank COMMON has a
+// null name.
+object *find_common_storage(const atom *name);
 void add_label(scope_row &row, label *l);
 void add_entry(scope_row &row, entry_description *entry);
 void add_namelist_group(scope_row &row, namelist_group *group);

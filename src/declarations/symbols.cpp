@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <unordered_map>
 
 namespace zf90 {
 
@@ -130,6 +131,9 @@ atom *add_atom(const char *text, std::size_t length) {
     return a;
 }
 
+// The second modules of ambiguous names.
+std::unordered_map<const symbol *, const atom *> second_modules;
+
 // ---- chains
 
 constexpr std::uint32_t use_marks = sf_referenced | sf_used_as_bound;
@@ -232,6 +236,7 @@ void symbols_init() {
     main_atom = new_empty_atom();
     block_data_atom = nullptr;
     blank_common_atom = new_empty_atom();
+    second_modules.clear();
     used_in_bound = false;
     implied_do_depth = -1;
 }
@@ -410,6 +415,34 @@ type *implicit_type_of(const symbol *s) {
     return row.implicit_types[letter - 'A'];
 }
 
+// ---- names that two modules give to different entities
+
+void mark_ambiguous(symbol *s, const atom *module) {
+    s->flags |= sf_ambiguous;
+    second_modules.emplace(s, module);
+}
+
+void make_quiet(symbol *s) {
+    set_symbol_kind(s, sk_undetermined);
+    s->entity = error_type();
+    s->from_module = nullptr;
+    s->flags =
+        (s->flags & ~std::uint32_t{sf_ambiguous | sf_type_implicit}) | sf_typed | sf_inferred | sf_referenced;
+}
+
+bool is_quiet(const symbol *s) {
+    return s->kind == sk_undetermined && (s->flags & sf_typed) && s->entity == error_type();
+}
+
+// A use of a name, at `curr_name`, tells that it is ambiguous.
+static void report_if_ambiguous(symbol *s) {
+    if (s->flags & sf_ambiguous) {
+        error_at(msg_name_clash_between_dummy_argument_and_symbol_from_use, curr_name.position,
+                 s->name->spelling, second_modules[s]->spelling);
+        make_quiet(s);
+    }
+}
+
 // ---- look-ups
 
 symbol *lookup_current() {
@@ -467,6 +500,17 @@ static symbol *new_candidate() {
     return first;
 }
 
+// Of a candidate: where its chain ends for now.
+static symbol *outermost_meaning(symbol *s) {
+    for (symbol *outer = s; s->kind == sk_host_candidate; s = outer) {
+        outer = static_cast<symbol *>(s->aux);
+        if (!outer) {
+            break;
+        }
+    }
+    return s;
+}
+
 symbol *lookup_reference() {
     symbol *s = lookup_current();
     const std::uint32_t mark = used_in_bound ? sf_used_as_bound : sf_referenced;
@@ -477,6 +521,7 @@ symbol *lookup_reference() {
     s->flags |= mark;
     s = follow_links(s);
     s->flags |= mark;
+    report_if_ambiguous(outermost_meaning(s));
     if (!used_in_bound && curr_row().row_kind == sr_stmt_function && s->scope_depth == curr_scope_depth &&
         s->kind == sk_host_candidate && s->aux) {
         static_cast<symbol *>(s->aux)->flags |= sf_referenced;
@@ -548,9 +593,13 @@ void finish_forward_type(symbol *s) {
         become_host_link(s, host_type);
         return;
     }
-    type *t = entity_as<type>(s);
     error_at(msg_component_type_is_not_defined, s->decl_position, s->name->spelling);
-    t->is_public = true; // nothing else is said of it
+    give_up_forward_type(s);
+}
+
+void give_up_forward_type(symbol *s) {
+    type *const t = entity_as<type>(s);
+    t->type_code = tk_error; // for all that have it
     set_symbol_kind(s, sk_derived_type);
     s->entity = t;
 }
@@ -574,6 +623,7 @@ static symbol *settle_meaning(symbol *found) {
         s = follow_links(s);
     }
     s->flags |= sf_referenced;
+    report_if_ambiguous(s);
     return s;
 }
 

@@ -130,6 +130,15 @@ symbol *lookup_reference();
 // the meaning was reached through a host link, links are made in the scopes from `min_depth` outward.
 symbol *lookup_resolved(symbol *first_symbol, std::int32_t min_depth);
 
+// Two modules give a name to different entities: that is an error only where it is used. `module` is the
+// second one.
+void mark_ambiguous(symbol *s, const atom *module);
+
+// A name that something is wrong with, which has been reported: it stands for data of the error type from now
+// on, and nothing further is said about it.
+void make_quiet(symbol *s);
+bool is_quiet(const symbol *s);
+
 // Settles a host candidate: a host link if a host has the name by now, an implicitly declared local name if
 // not. Returns the meaning. Null, leaving the candidate, if no host has the name and this scope does not use
 // it.
@@ -140,6 +149,9 @@ std::uint32_t marks_from_within(const symbol *candidate);
 
 // Settles a forward type: a host link if the host has a type of that name, else error 455 and a derived type.
 void finish_forward_type(symbol *s);
+
+// Makes a forward type that is not there, which has been reported, a derived type in error.
+void give_up_forward_type(symbol *s);
 
 // ---- implied-DO variables: in force for the extent of their list, above every scope
 

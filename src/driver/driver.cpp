@@ -9,6 +9,7 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "intrinsics/seed_table.h"
+#include "modules/module_files.h"
 #include "output/il_writer.h"
 #include "source/files.h"
 #include "source/lines.h"
@@ -172,6 +173,7 @@ void fe_init() {
     il_init();
     folding_init();
     init_seed_tables();
+    modules_init();
     lexer_init();
     main_program_seen = false;
     il_root = {};
@@ -210,6 +212,7 @@ void compile(int argc, char **argv) {
     finish_listing_outputs();
     if (error_count == 0) {
         merge_constants(&il_root);
+        write_module_files(il_root);
         write_il_file(il_root);
     }
     const int code = error_count != 0     ? completion_errors

@@ -36,6 +36,9 @@ bool match_one_argument(const expr_node *actual, const param_type *param, bool t
 bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node *actual,
                                 const param_type *param);
 
+// Whether the name of an entity may be an actual argument; error 40.
+bool check_passable(const object *o, source_pos position);
+
 // The `enk_empty` node of an optional argument that is absent from a call in `routine`.
 expr_node *make_absent_argument(const param_type *param, const object *routine);
 
@@ -56,5 +59,6 @@ object *global_entity(object *o);
 
 // Marks what an internal procedure uses of its host.
 void note_host_reference(object *o, object *routine);
+void note_host_type(type *t, object *routine); // of a value that names no object
 
 } // namespace zf90

@@ -20,6 +20,7 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
+#include "intrinsics/handlers.h"
 #include "statements/statement_pass.h"
 
 namespace zf90 {
@@ -45,9 +46,6 @@ bool check_list(expr_node *list, std::uint32_t flags, object *routine) {
 
 // ---- names
 
-namespace {
-
-// The meaning of a name, with the final kind that it has from now on; null if it has none.
 symbol *settle_symbol(symbol *s) {
     for (;;) {
         switch (s->kind) {
@@ -88,6 +86,8 @@ symbol *settle_symbol(symbol *s) {
         }
     }
 }
+
+namespace {
 
 bool is_procedure(symbol_kind kind) {
     return (kind >= sk_subroutine && kind <= sk_specific_subroutine) || kind == sk_dummy_function ||
@@ -215,11 +215,12 @@ bool classify(expr_node *node) {
 
 // ---- the kinds of nodes that are no designators
 
-bool check_constant(expr_node *node) {
+bool check_constant(expr_node *node, object *routine) {
     if (!check_initializer(node->constant)) {
         return false;
     }
     node->type = node->constant->type;
+    note_host_type(node->type, routine);
     return true;
 }
 
@@ -248,6 +249,7 @@ bool check_structure_constructor(expr_node *node, std::uint32_t flags, object *r
     if (!check_list(node->constructor, value_flags(flags), routine) || !check_type(t, routine)) {
         return false;
     }
+    note_host_type(t, routine);
     bool ok = true;
     expr_node **slot = &node->constructor;
     const object *field = t->derived.first_field;
@@ -291,13 +293,42 @@ bool check_implied_do(expr_node *node, std::uint32_t flags, object *routine) {
     return ok;
 }
 
+bool is_assignment(const expr_node *node) {
+    switch (node->op_kind) {
+    case eok_iassign:
+    case eok_lassign:
+    case eok_fassign:
+    case eok_xassign:
+    case eok_cassign:
+    case eok_sassign: return true;
+    default: return false;
+    }
+}
+
+// The body of a statement function is built as an assignment to its result.
+bool check_stmt_function_body(expr_node *node, std::uint32_t flags, object *routine) {
+    expr_node *const result = node->operands;
+    expr_node *&value = result->next;
+    if (!check_expression(result, ecf_designator, routine) || !check_expression(value, flags, routine) ||
+        !stmt_func_walk(value) || !assign_conversion(result->type, value)) {
+        return false;
+    }
+    result->intent_out = true;
+    value->intent_in = true;
+    node->type = void_type();
+    if (node->op_kind == eok_cassign) {
+        result->any_type_argument = value->any_type_argument = true;
+    }
+    return true;
+}
+
 bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     if (!classify(node)) {
         return false;
     }
     switch (node->node_kind) {
     case enk_error: return false;
-    case enk_constant: return check_constant(node);
+    case enk_constant: return check_constant(node, routine);
     case enk_stmt_label_value: return check_label_value(node, flags);
     case enk_object: return check_object_reference(node, flags, routine);
     case enk_field: return check_field_reference(node, flags, routine);
@@ -315,8 +346,12 @@ bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     }
     case enk_param: node->type = node->parameter->type; return true;
     case enk_data_implied_do_var: node->type = default_integer(); return true;
-    // These are built by the checks themselves, of parts that have been checked, and of references to such.
     case enk_operation:
+        if ((flags & ecf_stmt_func) && is_assignment(node)) {
+            return check_stmt_function_body(node, flags, routine);
+        }
+        [[fallthrough]];
+    // The others are built of parts that have been checked and of references to such; so are those of ASSIGN.
     case enk_intrinsic: return check_list(node->operands, ecf_whole_assumed_size, routine);
     default: return true;
     }

@@ -43,8 +43,9 @@ expr_node *replace_dummy(const expr_node *node, const substitution &s, const ato
     return ref_in_place_of(node, actual);
 }
 
-bool is_own(const object *o, const object *specific) {
-    return o->source_corresp.scope_depth == specific->source_corresp.scope_depth + 1;
+// Whether an object is declared in a procedure, not around it.
+bool is_inner(const object *o, const object *procedure) {
+    return o->source_corresp.scope_depth > procedure->source_corresp.scope_depth;
 }
 
 expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
@@ -58,10 +59,10 @@ expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
 // A dummy argument or a named constant of the function; null: the name stays as it is.
 expr_node *replace_object_node(const expr_node *node, const substitution &s) {
     object *o = node->object;
-    if (!is_own(o, s.specific)) {
+    if (!is_inner(o, s.specific)) {
         return nullptr;
     }
-    if (o->is_parameter) {
+    if (o->is_parameter) { // by name: after two interfaces have become one, it may be that of the other one
         if (s.actuals) {
             return replace_dummy(node, s, o->source_corresp.name);
         }

@@ -63,6 +63,9 @@ extern scope *walking_scope;
 // out.
 extern bool module_mode;
 
+// The module whose file is written: it alone leads to its public symbols.
+extern const object *module_being_written;
+
 // Two passes over everything reachable from the root, each entry once a pass, an entry before its children
 // and its name before it. A pre-step, if not null, is called with the root first; a visitor may be null.
 // Depth costs memory, not stack.

@@ -462,8 +462,10 @@ enum symbol_flags : std::uint32_t {
     sf_optional = 1u << 11,
     sf_intent_in = 1u << 12,
     sf_intent_out = 1u << 13,
+    sf_ambiguous = 1u << 14, // two modules give the name to different entities
     sf_called = 1u << 15,
     sf_called_as_subroutine = 1u << 16,
+    sf_clash_reported = 1u << 17, // with a name from a module
 };
 
 // `var_flags` of sk_variable and sk_dummy.
@@ -501,7 +503,7 @@ struct symbol : il_entry {
     symbol *next_in_scope;     // on the list of its scope row
     std::int32_t scope_depth;  // 0 global, -1 in no scope
     source_pos decl_position;
-    bool from_module; // came in by USE
+    symbol *from_module; // of a name that came in by USE: what it stands for in its module; else null
     symbol_kind kind;
     std::uint32_t flags; // sf_
     il_entry *entity;    // by kind; read with entity_as

@@ -9,6 +9,7 @@ namespace zf90 {
 
 scope *walking_scope;
 bool module_mode;
+const object *module_being_written;
 
 namespace {
 
@@ -179,7 +180,7 @@ void children_of_expr_node(expr_node *e) {
 }
 
 void public_symbols_of(const object *module) {
-    if (module->symbol_link) {
+    if (module == module_being_written && module->symbol_link) {
         list(static_cast<symbol *>(module->symbol_link->aux), kind_symbol);
     }
 }

@@ -213,6 +213,7 @@ struct handler_row {
     intrinsic_handler *handler;
     demanded_type demand; // of the first argument
     error_code message;   // if it is not met
+    bool is_entered;
 };
 
 using handler_table = std::array<handler_row, intrinsic_code_count>;
@@ -221,14 +222,14 @@ template <std::size_t count>
 constexpr void enter_specifics(handler_table &table, const specific_row (&rows)[count], demanded_type demand,
                                error_code message) {
     for (const specific_row &row : rows) {
-        table[row.code] = {table[row.generic].handler, demand, message};
+        table[row.code] = {table[row.generic].handler, demand, message, true};
     }
 }
 
 constexpr handler_table make_table() {
     handler_table table{};
     const auto enter = [&](intrinsic_handler *handler, auto... codes) {
-        ((table[codes] = {handler, no_demand, {}}), ...);
+        ((table[codes] = {handler, no_demand, {}, true}), ...);
     };
     enter(handle_assignment, assign_op);
     enter(handle_add, plus_op);
@@ -332,7 +333,7 @@ constexpr handler_table handlers = make_table();
 
 constexpr bool is_complete() {
     for (const handler_row &row : handlers) {
-        if (!row.handler) {
+        if (!row.is_entered) {
             return false;
         }
     }

@@ -9,6 +9,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <vector>
 
 namespace zf90 {
 
@@ -18,6 +19,10 @@ std::FILE *output;
 std::array<char, 1 << 16> buffer;
 std::size_t buffered;
 std::array<std::uint32_t, entry_kind_count> counters;
+
+// The entries of a module file, by kind and number. Some links lead out of what the walk of a module reaches:
+// the routine of a COMMON block, the next constant of a list of the compilation.
+std::array<std::vector<const il_entry *>, entry_kind_count> members;
 
 void flush_buffer() {
     std::fwrite(buffer.data(), 1, buffered, output);
@@ -51,6 +56,12 @@ template <class I> void put_number(I value) {
 
 std::uint32_t number_of(const il_entry &entry) { return entry.il_id & il_number_mask; }
 
+bool is_in_file(const il_entry &entry, entry_kind kind) {
+    const std::uint32_t number = number_of(entry);
+    return !module_mode || kind == kind_bound_info_entry ||
+           (number < members[kind].size() && members[kind][number] == &entry);
+}
+
 // Prints the fields of one record.
 struct field_writer {
     static constexpr bool reading = false;
@@ -63,7 +74,7 @@ struct field_writer {
 
     void link(const il_entry *entry, entry_kind kind) {
         separate();
-        if (entry) {
+        if (entry && is_in_file(*entry, kind)) {
             put(entry_kind_letter(kind));
             put_number(number_of(*entry));
         } else {
@@ -140,6 +151,9 @@ void clear_counters(il_entry *, entry_kind, std::uint32_t) { counters = {}; }
 void number_entry(il_entry *entry, entry_kind kind, std::uint32_t size) {
     entry->il_id = (entry->il_id & ~il_number_mask) | (counters[kind] & il_number_mask);
     counters[kind] += kind == kind_bound_info_entry ? size : 1;
+    if (module_mode) {
+        members[kind].push_back(entry);
+    }
     switch (kind) {
     case kind_il_header: {
         const auto *h = static_cast<il_header *>(entry);
@@ -225,12 +239,14 @@ void write_record(il_entry *entry, entry_kind kind, std::uint32_t size) {
     put('\n');
 }
 
-} // namespace
-
-bool write_il(il_header &root, std::FILE *stream) {
+// Writes everything reachable from the root, and closes the stream. False on failure.
+bool write_records(il_header &root, std::FILE *stream) {
     output = stream;
     buffered = 0;
     walk_il(&root, kind_il_header, 0, clear_counters, number_entry, write_head, write_record);
+    for (auto &list : members) {
+        list.clear();
+    }
     put("0\n", 2);
     flush_buffer();
     const bool flushed = std::fflush(stream) == 0;
@@ -239,24 +255,34 @@ bool write_il(il_header &root, std::FILE *stream) {
     return flushed && clean && closed;
 }
 
-void write_il_file(il_header &root) {
-    if (!il_file) {
-        return;
+} // namespace
+
+bool discard_il_after_errors() {
+    if (error_count + catastrophe_count == 0) {
+        return false;
     }
+    const char *const name = il_file_name;
+    std::fclose(il_file);
+    il_file = nullptr;
+    il_file_name = nullptr;
+    if (name && std::remove(name) != 0) {
+        catastrophe(msg_error_while_deleting_file, "intermediate language");
+    }
+    return true;
+}
+
+void write_il(il_header &root) {
     std::FILE *const stream = il_file;
     il_file = nullptr;
-    if (error_count + catastrophe_count != 0) {
-        const char *const name = il_file_name;
-        il_file_name = nullptr;
-        std::fclose(stream);
-        if (std::remove(name) != 0) {
-            catastrophe(msg_error_while_deleting_file, "intermediate language");
-        }
-        return;
-    }
-    module_mode = false;
-    if (!write_il(root, stream)) {
+    if (!write_records(root, stream)) {
         catastrophe(msg_error_while_writing_file, "intermediate language");
+    }
+}
+
+void write_il_file(il_header &root) {
+    if (il_file && !discard_il_after_errors()) {
+        module_mode = false;
+        write_il(root);
     }
 }
 

@@ -14,7 +14,12 @@ inline constexpr const char *il_format_version = "2.30F";
 // counted, the file is closed and deleted instead. A failure to write or to delete is catastrophic.
 void write_il_file(il_header &root);
 
-// Writes everything reachable from `root` to a stream in the current mode, and closes it. False on failure.
-bool write_il(il_header &root, std::FILE *stream);
+// If an error has been counted, closes and deletes the IL file, which from then on there is none of; true
+// then.
+bool discard_il_after_errors();
+
+// Writes everything reachable from `root` to `il_file` in the current mode, and closes it. A failure is
+// catastrophic.
+void write_il(il_header &root);
 
 } // namespace zf90

@@ -9,7 +9,6 @@ namespace zf90 {
     bool stmt_##name() { return skip_to_eos(); }
 
 // clang-format off
-PENDING(use)
 // clang-format on
 
 #undef PENDING

@@ -241,10 +241,11 @@ bool check_loop(statement *s, object *routine) {
     const bool is_active = name && (name->var_flags & vf_do_variable);
     if (is_active) {
         error_at(msg_variable_is_same_as_do_variable_of_enclosing, variable->source_pos);
+        name->var_flags &= ~std::uint32_t{vf_do_variable}; // that it is modified is no other mistake
         good = false;
     }
-    if (name && !is_active) {
-        finish_uses();
+    finish_uses();
+    if (name) {
         name->var_flags |= vf_do_variable;
     }
     good &= check_nested(s->loop_statement, routine);
@@ -400,8 +401,8 @@ bool check_simple_statement(statement *s, object *routine) {
     case stmk_pause: return check_stop(s) && good;
     case stmk_exit:
     case stmk_cycle: mark_loop_label(s); return good;
-    case stmk_alloc: return check_allocate(s, routine) && good;
-    case stmk_dealloc: return check_deallocate(s, routine) && good;
+    case stmk_alloc: return check_allocate(s, routine);
+    case stmk_dealloc: return check_deallocate(s, routine);
     case stmk_nullify: return good && check_nullify(s);
     default: return good;
     }

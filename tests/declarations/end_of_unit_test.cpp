@@ -490,7 +490,7 @@ TEST_F(EndOfUnitTest, InterfaceBodiesReportNothing) {
 TEST_F(EndOfUnitTest, InAnIncludedFileAllIsARemark) {
     UnitsTest::SetUp();
     diagnostic_threshold = severity_remark;
-    scratch_directory::write("inc.h", "use m\n");
+    scratch_directory::write("inc.h", "implicit none\n");
     EXPECT_EQ(compile("subroutine s\ninclude 'inc.h'\nend\n"), "");
     begin(uk_subroutine);
     symbol *s = variable("X");
