@@ -78,6 +78,9 @@ type *outer_type(const atom *name) {
     while (s && (!(s->flags & sf_visible) || s->kind == sk_common_block || s->kind == sk_host_candidate)) {
         s = s->next_same_name;
     }
+    if (s && s->scope_depth == curr_scope_depth) {
+        s->flags |= sf_used_as_bound; // declared for this loop, and so no unused name
+    }
     while (s && s->kind == sk_host_link) {
         s = entity_as<symbol>(s);
     }

@@ -391,11 +391,15 @@ array_size array_size_of(const bound_info_entry &info, unsigned rank, const type
     return {static_cast<std::uint32_t>(count * element.size), false};
 }
 
+} // namespace
+
 bool is_too_large(const type *array) {
     const type *element = array->array.element_type;
     return element && element->size != 0 &&
            array_size_of(*array->array.bound, array->array.rank, *element).too_large;
 }
+
+namespace {
 
 void complete_array(type *t) {
     const type *element = t->array.element_type;
