@@ -115,9 +115,6 @@ void apply_external(symbol *s) {
         if (!(s->flags & sf_external_attr)) { // otherwise it has been reported as stated twice
             error(msg_declaration_conflicts_with_previous_specifications);
         }
-        if (s->kind == sk_variable) {
-            entity_as<object>(s)->type = error_type(); // no word about its calls
-        }
         break;
     }
     s->flags |= sf_external_attr;
