@@ -317,6 +317,14 @@ bool check_declared_variable(object *o) {
     return good;
 }
 
+// Whether a procedure that other units may call takes what they may not have.
+bool shows_private_type(const object *o) {
+    return o->storage_class == sc_internal && o->is_public && depends_on_private_type(o);
+}
+
+// That a public procedure is the member of a public generic too is no other mistake.
+bool check_generic_member(object *routine) { return check_object(routine) && !shows_private_type(routine); }
+
 bool check_declared_procedure(object *o) {
     const symbol *s = o->symbol_link;
     if (o->storage_class != sc_internal || !s) {
@@ -327,7 +335,7 @@ bool check_declared_procedure(object *o) {
         return true;
     }
     o->source_corresp.referenced = true;
-    if (depends_on_private_type(o)) {
+    if (shows_private_type(o)) {
         error_at(msg_procedure_dependent_of_private_type_should_not_be_public,
                  o->source_corresp.decl_position);
         return false;
@@ -392,13 +400,26 @@ bool check_entry(const scope *s, const entry_description *entry) {
     return good;
 }
 
+// What callers know of the procedures of a scope names its dummy arguments by their place.
+void complete_interfaces(const scope *s) {
+    if (s->assoc_routine->type->type_code != tk_routine) {
+        return;
+    }
+    complete_interface(s->assoc_routine);
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        complete_interface(e->assoc_routine);
+    }
+}
+
 bool check_declarations_within(scope *s) {
     const scope_visit visit(s);
     object *const routine = s->assoc_routine;
     bool good = true;
     for (type *t = s->types; t; t = t->next) {
         good &= check_type(t, routine);
-        good &= check_component_access(t);
+        if (t->derived.module == routine) { // what a module gives has been checked there
+            good &= check_component_access(t);
+        }
     }
     for (object *o = s->objects; o; o = o->next) {
         good &= check_declared_object(o);
@@ -414,14 +435,9 @@ bool check_declarations_within(scope *s) {
         good &= check_namelist(group, routine);
     }
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
-        good &= check_generic_set(generic, check_object);
+        good &= check_generic_set(generic, check_generic_member);
     }
-    if (routine && routine->type->type_code == tk_routine) {
-        complete_interface(routine);
-    }
-    for (const entry_description *e = s->entries; e; e = e->next) {
-        complete_interface(e->assoc_routine);
-    }
+    complete_interfaces(s);
     finish_uses();
     return good;
 }
