@@ -1,5 +1,6 @@
 // Names and what may follow them: lists in parentheses, components, the subscripts of components, substrings.
 #include "declarations/implicit.h"
+#include "declarations/intrinsic_names.h"
 #include "declarations/symbols.h"
 #include "expressions/check.h"
 #include "expressions/parser_stack.h"
@@ -119,7 +120,7 @@ bool start_argument(pending &list) {
 // ---- component references
 
 // The type that a name has by now. An undeclared name of which the class is needed is settled.
-type *type_of_name(symbol *s) {
+type *type_of_name(symbol *s, bool has_list) {
     if (s->kind == sk_host_candidate) {
         s = resolve_candidate(s);
     }
@@ -128,8 +129,16 @@ type *type_of_name(symbol *s) {
         return unknown_type();
     }
     t = element_type_of(t);
-    type *implied = t->type_code == tk_unknown ? implicit_type_of(s) : nullptr;
-    return implied ? implied : t;
+    if (t->type_code != tk_unknown) {
+        return t;
+    }
+    type *implied = implicit_type_of(s);
+    if (implied) {
+        return implied;
+    }
+    // A name without a type is reported as such.
+    const bool may_be_intrinsic = has_list && find_intrinsic_function(s);
+    return s->kind == sk_undetermined && !may_be_intrinsic ? error_type() : t;
 }
 
 // The record with the components of a derived type: a type that was named ahead of its definition may turn
@@ -149,7 +158,7 @@ const type *defined_type(const type *t) {
 const type *type_of_base(const expr_node *base) {
     switch (base->node_kind) {
     case enk_symbol:
-    case enk_symbol_call: return type_of_name(base->symbol);
+    case enk_symbol_call: return type_of_name(base->symbol, base->node_kind == enk_symbol_call);
     case enk_field: return element_type_of(base->type);
     case enk_subscript: return element_type_of(base->array_expr->type);
     case enk_error: return error_type();
@@ -245,13 +254,13 @@ expr_node *finish_list() {
     if (list.waits_for_comma) {
         --stop_set[tok_comma];
     }
-    close_with(tok_rparen, msg_expected_rparen);
+    const bool closed = close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_symbol_call, list.position);
     node->symbol = list.symbol;
     node->operands = list.first_item;
     node->has_triplet = list.has_triplet;
-    if (list.keyword_missed) {
+    if (list.keyword_missed || !closed) {
         mark_error_node(node);
     }
     if (list.in_designator && !list.has_triplet) {
@@ -297,7 +306,7 @@ expr_node *finish_subscripts() {
         error_at(msg_too_few_subscripts, curr_token_pos);
         failed = true;
     }
-    close_with(tok_rparen, msg_expected_rparen);
+    failed = !close_with(tok_rparen, msg_expected_rparen) || failed;
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_subscript, list.position);
     node->array_expr = list.node;
@@ -366,12 +375,12 @@ expr_node *advance_substring(expr_node *value) {
         substring.item->second = value;
     }
     const pending done = pop_pending();
-    close_with(tok_rparen, msg_expected_rparen);
+    const bool closed = close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_substring, done.position);
     node->array_expr = done.node;
     node->ind_list = done.item;
-    if (done.failed) {
+    if (done.failed || !closed) {
         mark_error_node(node);
     }
     return node;
