@@ -114,6 +114,15 @@ bool is_open(const symbol *local) {
     return (local->kind == sk_undetermined && !is_quiet(local)) || local->kind == sk_host_candidate;
 }
 
+// An operator that could not be found has some procedure that nothing is known of: so nothing more is said
+// about its uses.
+void add_unknown_procedure(symbol *local, std::int32_t level) {
+    object *unknown = new_object();
+    tie_to_symbol(unknown, local);
+    unknown->type = new_routine_type(unknown, error_type());
+    add_member(entity_as<interface>(local), unknown, level);
+}
+
 void use_symbol(symbol *local, const name_locator &local_name, symbol *module_symbol, const used_module &m) {
     if (!module_symbol) {
         error_at(msg_cannot_find_symbol_in_module, local_name.position, name_of(m));
@@ -122,6 +131,8 @@ void use_symbol(symbol *local, const name_locator &local_name, symbol *module_sy
         }
         if (is_open(local)) {
             make_quiet(local);
+        } else if (local->kind == sk_interface) {
+            add_unknown_procedure(local, m.level);
         }
         return;
     }
