@@ -3,6 +3,7 @@
 #include "constants/fold_parts.h"
 
 #include "expressions/predicates.h"
+#include "expressions/shapes.h"
 #include "il/constants.h"
 #include "intrinsics/intrinsic_codes.h"
 
@@ -272,16 +273,33 @@ bool inquire_dimension(intrinsic_code inquiry, const dimension_bounds &d, bool d
     }
 }
 
+// The bounds of an array; null if there is no table of them. The extents of a section are worked out only for
+// a constant that is demanded.
+const bound_info_entry *bounds_asked_about(const type *t, bool must_fold) {
+    const bound_info_entry *info = bounds_of_type(t);
+    if (info || !must_fold || t->array.shape_kind != same_shape) {
+        return info;
+    }
+    type *copy = new_type(tk_farray);
+    copy_type(t, copy);
+    section_bounds(copy);
+    return bounds_of_type(copy);
+}
+
 } // namespace
 
 fold_outcome fold_bounds(expr_node *node, fold_value &value, bool must_fold) {
     const expr_node *array = without_refs(node->operands);
     const type *t = array->type;
     if (!is_array(t)) {
+        if (node->intrinsic == intr_shape && t->type_code != tk_error) {
+            value = new_aggregate(node); // a scalar has no dimensions
+            return fold_outcome::folded;
+        }
         return array->node_kind == enk_error ? fold_outcome::failed : fold_outcome::never;
     }
     const unsigned rank = t->array.rank;
-    const bound_info_entry *info = bounds_of_type(t);
+    const bound_info_entry *info = bounds_asked_about(t, must_fold);
     const bool declared = has_declared_bounds(array);
     const auto inquire = [&](unsigned dimension, std::int64_t &answer) {
         return info && inquire_dimension(node->intrinsic, bounds_of_dimension(info, rank, dimension),

@@ -36,6 +36,7 @@ fold_outcome too_large(expr_node *node, bool must_fold);
 // The elements that one attempt may make, and the rounds of implied DOs that it may run. An array of a few
 // million elements is legal; what is beyond would take all memory, or forever.
 inline constexpr std::uint32_t largest_element_count = 1u << 22;
+inline constexpr std::uint32_t largest_count_without_need = 1u << 20; // where it need not fold
 
 // Texts and other areas of bytes beyond this size are not worked out.
 inline constexpr std::int64_t largest_folded_size = std::int64_t{1} << 24;

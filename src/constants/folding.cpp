@@ -19,12 +19,12 @@ namespace zf90 {
 
 namespace {
 
-std::uint32_t effort; // elements and rounds of the current attempt
+std::uint32_t effort;       // elements and rounds of the current attempt
+std::uint32_t effort_limit; // of it
 
-unsigned nesting;       // of calls of fold_expression
 unsigned running_loops; // implied DOs whose variable has a value
 
-bool spend() { return ++effort <= largest_element_count; }
+bool spend() { return ++effort <= effort_limit; }
 
 // ---- what is known of a node
 
@@ -225,7 +225,7 @@ fold_outcome spread_value(const expr_node *node, fold_value &scalar, fold_value 
     }
     convert_value(scalar, element_type_of(node->type));
     result = new_aggregate(node);
-    if (count > largest_element_count - std::min(effort, largest_element_count)) {
+    if (count > effort_limit - std::min(effort, effort_limit)) {
         auto *repetition = il_new<constant>();
         init_constant(repetition, ck_init_repeat);
         repetition->source_pos = node->source_pos;
@@ -402,40 +402,46 @@ fold_outcome fold_isum(expr_node *node, fold_value &value, bool must_fold) {
 
 // ---- constructors
 
-// A text takes the length of its component: no conversion of texts is ever put into a tree.
-constant *text_of_length(const constant *c, type *t) {
-    fold_value value;
-    value.source_pos = c->source_pos;
-    read_constant(c, value);
-    convert_value(value, t);
-    return store_fold_value(value);
-}
+} // namespace
 
-// False if the value gets too large.
-bool fit_to_component(fold_value &value, type *component) {
-    const type *from = element_type_of(value.type);
-    type *to = element_type_of(component);
-    if (from->type_code != tk_fcharacter || to->type_code != tk_fcharacter ||
+void fit_text_length(fold_value &value, type *t) {
+    type *to = element_type_of(t);
+    const type *from = has_value(value) ? element_type_of(value.type) : nullptr;
+    if (!from || from->type_code != tk_fcharacter || to->type_code != tk_fcharacter ||
         to->character.length.kind != bound_constant || text_length(from) == text_length(to)) {
-        return true;
+        return;
     }
-    if (!is_array(value.type)) {
+    if (value.repr_kind == ck_value) {
         convert_value(value, to);
-        return true;
+        return;
     }
+    const auto fitted_element = [&](const constant *c) {
+        fold_value element;
+        element.source_pos = c->source_pos;
+        read_constant(c, element);
+        convert_value(element, to);
+        return store_fold_value(element);
+    };
     fold_value fitted = value;
     fitted.first_constant = fitted.last_constant = nullptr;
-    fitted.type = component;
-    element_cursor cursor = elements_of(value);
-    while (const constant *element = next_element(cursor)) {
-        append_to_fold_value(fitted, text_of_length(element, to));
-        if (!spend()) {
-            return false;
+    fitted.type = t;
+    for (const constant *c = value.first_constant; c; c = c->next) {
+        constant *element;
+        if (c->repr_kind == ck_init_repeat) {
+            element = il_new<constant>();
+            init_constant(element, ck_init_repeat);
+            element->source_pos = c->source_pos;
+            element->type = to;
+            element->repeat = {fitted_element(c->repeat.constant), c->repeat.count};
+        } else {
+            element = fitted_element(c);
         }
+        append_to_fold_value(fitted, element);
     }
     value = fitted;
-    return true;
 }
+
+namespace {
 
 fold_outcome fold_structure(expr_node *node, fold_value &value, bool must_fold) {
     value = new_aggregate(node);
@@ -446,10 +452,13 @@ fold_outcome fold_structure(expr_node *node, fold_value &value, bool must_fold) 
         if (const fold_outcome outcome = fold_node(e, part, must_fold); outcome != fold_outcome::folded) {
             return outcome;
         }
-        if ((component && !fit_to_component(part, component->type)) || !append_element(value, part)) {
+        if (component) {
+            fit_text_length(part, component->type); // no conversion of texts is ever put into a tree
+            component = component->next;
+        }
+        if (!append_element(value, part)) {
             return too_large(node, must_fold);
         }
-        component = component ? component->next : nullptr;
     }
     return fold_outcome::folded;
 }
@@ -570,6 +579,10 @@ fold_outcome fold_node(expr_node *node, fold_value &value, bool must_fold) {
     if (must_fold && outcome != fold_outcome::failed) {
         outcome = fold_failure(msg_must_be_initialization_expression, node);
     }
+    // An operation that failed stays as it is, which goes on having a type.
+    if (outcome == fold_outcome::failed && node->node_kind != enk_operation) {
+        mark_error_node(node);
+    }
     remember(node, outcome);
     return outcome;
 }
@@ -588,11 +601,14 @@ fold_outcome fold_integer(expr_node *node, std::int32_t &value, bool must_fold) 
 }
 
 bool fold_expression(expr_node *node, fold_value &value, bool must_fold) {
-    if (nesting++ == 0) {
-        effort = 0;
-    }
+    // The values of named constants are worked out in the middle of other attempts.
+    const std::uint32_t outer_effort = effort;
+    const std::uint32_t outer_limit = effort_limit;
+    effort = 0;
+    effort_limit = must_fold ? largest_element_count : largest_count_without_need;
     const fold_outcome outcome = fold_node(node, value, must_fold);
-    --nesting;
+    effort = outer_effort;
+    effort_limit = outer_limit;
     return outcome != fold_outcome::failed;
 }
 

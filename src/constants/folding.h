@@ -15,6 +15,9 @@ bool fold_expression(expr_node *node, fold_value &value, bool must_fold);
 // form; does nothing the second time. False if it is in error; that has been reported.
 bool check_initializer(constant *value);
 
+// Cuts or lengthens a text, or the texts of an array, to the length of the type, if that is constant.
+void fit_text_length(fold_value &value, type *t);
+
 void folding_init(); // forgets what is known of the constants of an earlier compilation
 
 } // namespace zf90

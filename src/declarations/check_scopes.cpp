@@ -124,9 +124,11 @@ void store_value(constant *value, expr_node *tree, const fold_value &folded) {
         value->aggregate = stored->aggregate;
         return;
     }
-    set_constant_repr(value, retain_constant_exprs ? ck_expression : ck_value);
+    // A constant says no more than its value.
+    const bool keeps_tree = retain_constant_exprs && tree->node_kind != enk_constant;
+    set_constant_repr(value, keeps_tree ? ck_expression : ck_value);
     value->value.bytes = stored->value.bytes;
-    value->value.expr = retain_constant_exprs ? tree : nullptr;
+    value->value.expr = keeps_tree ? tree : nullptr;
 }
 
 // An initial value is converted to the type of its name by the rules of assignment.
@@ -147,6 +149,7 @@ bool evaluate_initial_value(object *o) {
     if (!fold_expression(tree, folded, true) || !has_value(folded)) {
         return false;
     }
+    fit_text_length(folded, o->type);
     store_value(value, tree, folded);
     return true;
 }
@@ -217,17 +220,6 @@ bool check_data_object(object *o) {
     return true;
 }
 
-// What callers know of a routine, which is null if it has no scope. Its scope must be on top.
-bool check_prototype(object *o, object *routine) {
-    if (!check_type(o->type, routine)) {
-        return false;
-    }
-    if (routine && o->type->type_code == tk_routine) {
-        complete_interface(o, static_cast<unsigned>(curr_scope_depth));
-    }
-    return true;
-}
-
 bool check_routine_object(object *o) {
     bool good = true;
     if (o->storage_class == sc_external || o->storage_class == sc_internal) {
@@ -238,11 +230,11 @@ bool check_routine_object(object *o) {
     }
     scope *const body = has_scope(o) ? o->variant.assoc_scope : nullptr;
     if (!body || !body->rules) {
-        return check_prototype(o, body ? o : nullptr) && good;
+        return check_type(o->type, body ? o : nullptr) && good;
     }
     const scope_visit visit(body);
     good &= o->storage_class == sc_stmt_func ? check_scope(body) : check_declarations(body);
-    return check_prototype(o, o) && good;
+    return check_type(o->type, o) && good;
 }
 
 } // namespace
@@ -325,6 +317,14 @@ bool check_declared_variable(object *o) {
     return good;
 }
 
+// Whether a procedure that other units may call takes what they may not have.
+bool shows_private_type(const object *o) {
+    return o->storage_class == sc_internal && o->is_public && depends_on_private_type(o);
+}
+
+// That a public procedure is the member of a public generic too is no other mistake.
+bool check_generic_member(object *routine) { return check_object(routine) && !shows_private_type(routine); }
+
 bool check_declared_procedure(object *o) {
     const symbol *s = o->symbol_link;
     if (o->storage_class != sc_internal || !s) {
@@ -335,7 +335,7 @@ bool check_declared_procedure(object *o) {
         return true;
     }
     o->source_corresp.referenced = true;
-    if (depends_on_private_type(o)) {
+    if (shows_private_type(o)) {
         error_at(msg_procedure_dependent_of_private_type_should_not_be_public,
                  o->source_corresp.decl_position);
         return false;
@@ -400,13 +400,26 @@ bool check_entry(const scope *s, const entry_description *entry) {
     return good;
 }
 
+// What callers know of the procedures of a scope names its dummy arguments by their place.
+void complete_interfaces(const scope *s) {
+    if (s->assoc_routine->type->type_code != tk_routine) {
+        return;
+    }
+    complete_interface(s->assoc_routine);
+    for (const entry_description *e = s->entries; e; e = e->next) {
+        complete_interface(e->assoc_routine);
+    }
+}
+
 bool check_declarations_within(scope *s) {
     const scope_visit visit(s);
     object *const routine = s->assoc_routine;
     bool good = true;
     for (type *t = s->types; t; t = t->next) {
         good &= check_type(t, routine);
-        good &= check_component_access(t);
+        if (t->derived.module == routine) { // what a module gives has been checked there
+            good &= check_component_access(t);
+        }
     }
     for (object *o = s->objects; o; o = o->next) {
         good &= check_declared_object(o);
@@ -422,8 +435,9 @@ bool check_declarations_within(scope *s) {
         good &= check_namelist(group, routine);
     }
     for (interface *generic = s->interfaces; generic; generic = generic->next) {
-        good &= check_generic_set(generic, check_object);
+        good &= check_generic_set(generic, check_generic_member);
     }
+    complete_interfaces(s);
     finish_uses();
     return good;
 }

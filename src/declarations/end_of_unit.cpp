@@ -76,13 +76,13 @@ void check_extent(const symbol *s, object *o) {
 void finish_variable(symbol *s) {
     type_if_untyped(s);
     object *o = entity_as<object>(s);
-    if (global_save && can_be_saved(o)) {
+    if (saves_all_at(s->scope_depth) && can_be_saved(o)) {
         o->is_saved = true;
     }
     if (!o->is_parameter && !o->is_result && !s->from_module) {
         check_extent(s, o);
     }
-    if (unit_kind_of(curr_scope_depth) == uk_block_data && !o->is_result) {
+    if (unit_kind_of(s->scope_depth) == uk_block_data && !o->is_result) {
         check_block_data_variable(s, o);
     }
 }
@@ -132,6 +132,11 @@ void finish_pending_external(symbol *s) {
 
 void finish_unused_external(symbol *s) {
     object *o = entity_as<object>(s);
+    if (o->storage_class == sc_blockdata) { // which has been defined behind
+        set_symbol_kind(s, sk_block_data);
+        s->entity = o;
+        return;
+    }
     type *&return_type = o->type->routine.return_type;
     if (!(s->flags & sf_called)) {
         if (!is_known(return_type)) {

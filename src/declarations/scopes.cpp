@@ -247,6 +247,11 @@ bool is_open_scope(const scope *s) {
     return depth <= curr_scope_depth && scope_stack[depth].il_scope == s;
 }
 
+bool saves_all_at(std::int32_t depth) {
+    const scope *s = depth > 0 && depth < curr_scope_depth ? scope_stack[depth].il_scope : nullptr;
+    return s && s->rules ? s->saves_all : global_save;
+}
+
 void reopen_scope(scope *s, closed_state &outer) {
     const std::int32_t depth = depth_of(s);
     while (depth >= scope_stack_size) {

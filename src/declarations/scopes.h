@@ -124,6 +124,9 @@ void close_reopened_scope(const closed_state &outer);
 // Whether a scope is on the stack.
 bool is_open_scope(const scope *s);
 
+// Whether SAVE without a list stands in the unit of a row.
+bool saves_all_at(std::int32_t depth);
+
 // The default rules: I to N default integer, the other letters default real.
 void set_standard_implicit_types(scope_row &row);
 

@@ -26,6 +26,18 @@ bool passes_type(const type *actual, const type *dummy) {
     return actual == dummy || types_equal(actual, dummy) || type_matches_dummy(actual, dummy);
 }
 
+// A dummy whose bounds come with the actual argument.
+bool has_descriptor(const type *t) {
+    return t->array.shape_kind == assumed_shape || t->array.shape_kind == deferred_shape;
+}
+
+// An assumed-size array where the bounds are wanted, which has a message of its own.
+bool lacks_only_bounds(const type *actual, const type *dummy) {
+    return is_array(dummy) && has_descriptor(dummy) && is_assumed_size(actual) &&
+           actual->array.rank == dummy->array.rank &&
+           passes_type(actual->array.element_type, dummy->array.element_type);
+}
+
 // An array element, or a part of one, stands for the array from there on.
 bool is_element(const expr_node *e) {
     return e->node_kind == enk_subscript ||
@@ -36,7 +48,7 @@ bool is_element(const expr_node *e) {
 
 bool match_one_argument(const expr_node *actual, const param_type *param, bool trial) {
     if (!passes_type(actual->type, param->type)) {
-        return false;
+        return !trial && lacks_only_bounds(actual->type, param->type);
     }
     const bool wants_array = is_array(param->type) && param->type->array.rank != 0;
     return !wants_array || is_array(actual->type) || (!trial && is_element(actual));
@@ -253,10 +265,6 @@ bool lengths_agree(const type *actual, const type *dummy, bool is_descriptor) {
     return dummy->is_character && !is_descriptor ? have.value >= want.value : have.value == want.value;
 }
 
-bool has_descriptor(const type *t) {
-    return t->array.shape_kind == assumed_shape || t->array.shape_kind == deferred_shape;
-}
-
 bool check_dummy_characteristics(type *actual, type *dummy, source_pos position) {
     if (actual->type_code == tk_routine && dummy->type_code == tk_routine) {
         const bool both_known = actual->routine.has_param_info && dummy->routine.has_param_info;
@@ -322,14 +330,18 @@ bool check_argument_entity(const expr_node *actual, const object *o, const param
     if (param && param->is_pointer && !o->is_pointer) {
         ok = misses(msg_expected_pointer_entity, actual->source_pos);
     }
-    if (const char *text = unpassable_class(o)) {
-        error_at(msg_actual_argument_must_not_be_name_of, actual->source_pos, text);
-        ok = false;
-    }
-    return ok;
+    return check_passable(o, actual->source_pos) && ok;
 }
 
 } // namespace
+
+bool check_passable(const object *o, source_pos position) {
+    const char *const text = unpassable_class(o);
+    if (text) {
+        error_at(msg_actual_argument_must_not_be_name_of, position, text);
+    }
+    return !text;
+}
 
 bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node *actual,
                                 const param_type *param) {

@@ -5,7 +5,7 @@
 #include "declarations/check_scopes.h"
 #include "declarations/symbols.h"
 #include "driver/diagnostics.h"
-#include "expressions/check.h"
+#include "expressions/references.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "intrinsics/handlers.h"
@@ -18,10 +18,28 @@ namespace zf90 {
 
 namespace {
 
-bool check_actuals(expr_node *actuals, std::uint32_t flags, object *routine) {
+// The name of a program unit is no expression, but as an argument it has a message of its own.
+bool check_unit_name(expr_node *actual) {
+    const symbol *s = actual->node_kind == enk_symbol ? settle_symbol(actual->symbol) : nullptr;
+    if (!s || (s->kind != sk_program && s->kind != sk_module && s->kind != sk_block_data) ||
+        check_passable(entity_as<object>(s), actual->source_pos)) {
+        return true;
+    }
+    mark_error_node(actual);
+    return false;
+}
+
+bool names_operator(const interface *generic) {
+    const int token = generic->source_corresp.name ? generic->source_corresp.name->token_code : 0;
+    return token == tok_defined_op || (token >= first_operator_token && token <= last_operator_token);
+}
+
+// `is_named` if they are those of a procedure, not of an operator.
+bool check_actuals(expr_node *actuals, bool is_named, std::uint32_t flags, object *routine) {
     flags = (flags & (ecf_restricted_a | ecf_stmt_func)) | ecf_whole_assumed_size;
     bool ok = true;
     for (expr_node *actual = actuals; actual; actual = actual->next) {
+        ok = (!is_named || check_unit_name(actual)) && ok;
         ok = check_expression(actual, flags, routine) && ok;
     }
     return ok;
@@ -117,7 +135,7 @@ object *global_entity(object *o) {
 bool check_call(expr_node *node, std::uint32_t flags, object *routine) {
     object *callee = node->routine;
     check_object(callee);
-    if (!check_actuals(node->operands, flags, routine) || !is_routine(callee)) {
+    if (!check_actuals(node->operands, true, flags, routine) || !is_routine(callee)) {
         return false;
     }
     expr_node *bad_actual = nullptr;
@@ -219,7 +237,7 @@ void report_no_match(const expr_node *node, const interface *generic) {
 bool check_generic_call(expr_node *node, std::uint32_t flags, object *routine) {
     interface *generic = node->generic;
     expr_node *actuals = node->operands;
-    if (!check_actuals(actuals, flags, routine)) {
+    if (!check_actuals(actuals, !names_operator(generic), flags, routine)) {
         return false;
     }
     const resolution found = resolve(generic, actuals, routine);

@@ -36,6 +36,9 @@ bool match_one_argument(const expr_node *actual, const param_type *param, bool t
 bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node *actual,
                                 const param_type *param);
 
+// Whether the name of an entity may be an actual argument; error 40.
+bool check_passable(const object *o, source_pos position);
+
 // The `enk_empty` node of an optional argument that is absent from a call in `routine`.
 expr_node *make_absent_argument(const param_type *param, const object *routine);
 
@@ -48,13 +51,14 @@ bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals);
 
 // Makes the interface of a routine, whose types have been checked, independent of the objects in its scope:
 // the lengths and bounds in the types of its dummy arguments and of its result name the dummies of the
-// interface. `scope_depth` is that of its scope: an interface body's is not told by the routine.
-void complete_interface(object *routine, unsigned scope_depth);
+// interface.
+void complete_interface(object *routine);
 
 // The one object of an external procedure in the whole compilation, if `o` is another one of its name.
 object *global_entity(object *o);
 
 // Marks what an internal procedure uses of its host.
 void note_host_reference(object *o, object *routine);
+void note_host_type(type *t, object *routine); // of a value that names no object
 
 } // namespace zf90

@@ -34,8 +34,8 @@ bool check_expression(expr_node *node, std::uint32_t flags, object *routine);
 // Makes a node an `enk_error` of the error type. The operands stay reachable.
 void mark_error_node(expr_node *node);
 
-// Whether what a statement stores to can be stored to, which is noted as a definition of it. Errors 535 and 241
-// say why not.
+// Whether what a statement stores to can be stored to, which is noted as a definition of it. Errors 535 and
+// 241 say why not.
 bool check_definable(expr_node *expr);
 
 // Whether the expression is a section with a vector subscript.

@@ -25,10 +25,11 @@ bool check_bound(bound &b, object *routine) {
     }
     b.expr->intent_in = true;
     fold_value value;
-    if (fold_expression(b.expr, value, false) && has_value(value)) {
+    const bool ok = fold_expression(b.expr, value, false);
+    if (has_value(value)) {
         set_constant_bound(b, value.integer);
     }
-    return true;
+    return ok;
 }
 
 bool check_bounds(bound_info_entry *table, unsigned rank, object *routine) {

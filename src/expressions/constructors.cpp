@@ -2,6 +2,7 @@
 #include "declarations/implicit.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
+#include "expressions/check.h"
 #include "expressions/parser_stack.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -77,6 +78,9 @@ type *outer_type(const atom *name) {
     while (s && (!(s->flags & sf_visible) || s->kind == sk_common_block || s->kind == sk_host_candidate)) {
         s = s->next_same_name;
     }
+    if (s && s->scope_depth == curr_scope_depth) {
+        s->flags |= sf_used_as_bound; // declared for this loop, and so no unused name
+    }
     while (s && s->kind == sk_host_link) {
         s = entity_as<symbol>(s);
     }
@@ -144,7 +148,9 @@ expr_node *abandon_implied_do() {
 
 expr_node *finish_implied_do() {
     const pending loop = pop_pending();
-    close_with(tok_rparen, msg_expected_rparen);
+    if (!close_with(tok_rparen, msg_expected_rparen)) {
+        mark_error_node(loop.node);
+    }
     --stop_set[tok_rparen];
     return loop.node;
 }
@@ -282,11 +288,14 @@ expr_node *continue_constructor(expr_node *value) {
     const pending list = pop_pending();
     --stop_set[tok_comma];
     --ac_nesting_depth;
-    close_with(tok_array_close, msg_expected_array_close);
+    const bool closed = close_with(tok_array_close, msg_expected_array_close);
     --stop_set[tok_array_close];
     expr_node *node = new_node(enk_constructor, list.position);
     node->constructor = list.first_item;
     node->type = new_array_type(unknown_type(), 1);
+    if (!closed) {
+        mark_error_node(node);
+    }
     return node;
 }
 

@@ -57,14 +57,29 @@ bool lives_in_frame(const object *o) {
     return o->storage_class == sc_local && !o->is_constant && !o->is_saved;
 }
 
+// The procedure or program whose names an internal procedure uses; null for other routines. What comes from a
+// module needs no frame.
+object *host_of(const object *routine) {
+    object *host = routine && routine->storage_class == sc_internal ? routine->assoc.routine : nullptr;
+    return host && host->storage_class != sc_module ? host : nullptr;
+}
+
+unsigned level_within(const object *host) { return host->source_corresp.scope_depth + 1u; }
+
 } // namespace
 
+void note_host_type(type *t, object *routine) {
+    if (const object *host = host_of(routine)) {
+        mark_types(t, routine, level_within(host));
+    }
+}
+
 void note_host_reference(object *o, object *routine) {
-    object *host = routine && routine->storage_class == sc_internal ? routine->assoc.routine : nullptr;
-    if (!host || host->storage_class == sc_module) {
+    object *host = host_of(routine);
+    if (!host) {
         return;
     }
-    const unsigned host_level = host->source_corresp.scope_depth + 1u;
+    const unsigned host_level = level_within(host);
     mark_types(o->type, routine, host_level);
     if (o->source_corresp.scope_depth != host_level) {
         return;

@@ -73,6 +73,9 @@ type *with_element(type *shape, type *element) {
     copy->is_numeric = element->is_numeric;
     copy->is_character = element->is_character;
     copy->contains_ptrs = element->contains_ptrs;
+    if (shape->array.shape_kind <= as_shaped && is_too_large(shape)) {
+        copy->size = shape->size; // reported once, and not completed again
+    }
     complete_type(copy);
     return copy;
 }

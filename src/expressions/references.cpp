@@ -46,9 +46,6 @@ bool check_list(expr_node *list, std::uint32_t flags, object *routine) {
 
 // ---- names
 
-namespace {
-
-// The meaning of a name, with the final kind that it has from now on; null if it has none.
 symbol *settle_symbol(symbol *s) {
     for (;;) {
         switch (s->kind) {
@@ -89,6 +86,8 @@ symbol *settle_symbol(symbol *s) {
         }
     }
 }
+
+namespace {
 
 bool is_procedure(symbol_kind kind) {
     return (kind >= sk_subroutine && kind <= sk_specific_subroutine) || kind == sk_dummy_function ||
@@ -216,11 +215,12 @@ bool classify(expr_node *node) {
 
 // ---- the kinds of nodes that are no designators
 
-bool check_constant(expr_node *node) {
+bool check_constant(expr_node *node, object *routine) {
     if (!check_initializer(node->constant)) {
         return false;
     }
     node->type = node->constant->type;
+    note_host_type(node->type, routine);
     return true;
 }
 
@@ -249,6 +249,7 @@ bool check_structure_constructor(expr_node *node, std::uint32_t flags, object *r
     if (!check_list(node->constructor, value_flags(flags), routine) || !check_type(t, routine)) {
         return false;
     }
+    note_host_type(t, routine);
     bool ok = true;
     expr_node **slot = &node->constructor;
     const object *field = t->derived.first_field;
@@ -327,7 +328,7 @@ bool check_node(expr_node *node, std::uint32_t flags, object *routine) {
     }
     switch (node->node_kind) {
     case enk_error: return false;
-    case enk_constant: return check_constant(node);
+    case enk_constant: return check_constant(node, routine);
     case enk_stmt_label_value: return check_label_value(node, flags);
     case enk_object: return check_object_reference(node, flags, routine);
     case enk_field: return check_field_reference(node, flags, routine);
@@ -404,6 +405,9 @@ bool fold_node(expr_node *node, std::uint32_t flags, object *routine) {
     }
     fold_value value;
     const bool folded = fold_expression(node, value, must_fold);
+    if (must_fold && !folded) {
+        return false; // nothing more is to be said about it
+    }
     if (folded && has_value(value) && !retain_constant_exprs && node->node_kind != enk_error) {
         check_type(value.type, routine);
         constant *c = store_fold_value(value);

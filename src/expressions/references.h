@@ -10,6 +10,9 @@ namespace zf90 {
 // Reports an error at a node; false.
 bool fail_at(error_code code, const expr_node *node);
 
+// The meaning of a name in an expression, with the final kind that it has from now on; null if it has none.
+symbol *settle_symbol(symbol *s);
+
 // Checks each element of a list, whose values are only read. False if any is in error.
 bool check_list(expr_node *list, std::uint32_t flags, object *routine);
 

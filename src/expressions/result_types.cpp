@@ -18,8 +18,7 @@ namespace {
 // What a tree is rewritten for.
 struct substitution {
     object *specific;
-    expr_node *actuals;   // null: dummies become `enk_param`
-    unsigned scope_depth; // of the names of its scope
+    expr_node *actuals; // null: dummies become `enk_param`
 };
 
 param_type *param_of_name(const object *specific, const atom *name) {
@@ -44,7 +43,10 @@ expr_node *replace_dummy(const expr_node *node, const substitution &s, const ato
     return ref_in_place_of(node, actual);
 }
 
-unsigned depth_within(const object *specific) { return specific->source_corresp.scope_depth + 1u; }
+// Whether an object is declared in a procedure, not around it.
+bool is_inner(const object *o, const object *procedure) {
+    return o->source_corresp.scope_depth > procedure->source_corresp.scope_depth;
+}
 
 expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
     expr_node *leaf = copy_unchecked_node(node);
@@ -57,10 +59,10 @@ expr_node *new_leaf(const expr_node *node, expr_node_kind kind, type *t) {
 // A dummy argument or a named constant of the function; null: the name stays as it is.
 expr_node *replace_object_node(const expr_node *node, const substitution &s) {
     object *o = node->object;
-    if (o->source_corresp.scope_depth != s.scope_depth) {
+    if (!is_inner(o, s.specific)) {
         return nullptr;
     }
-    if (o->is_parameter) {
+    if (o->is_parameter) { // by name: after two interfaces have become one, it may be that of the other one
         if (s.actuals) {
             return replace_dummy(node, s, o->source_corresp.name);
         }
@@ -91,12 +93,8 @@ expr_node *replace_leaf(const expr_node *node, const substitution &s) {
 // A type with its length and its bounds rewritten; itself if nothing has changed.
 type *substitute_in_type(type *t, const substitution &s);
 
-bool rewrite_with(expr_node *&slot, const substitution &s) {
-    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
-}
-
 bool substitute_bound(bound &b, const substitution &s) {
-    return rewrite_with(b.expr, s);
+    return substitute_dummies(b.expr, s.specific, s.actuals);
 }
 
 type *substitute_in_character(type *t, const substitution &s) {
@@ -142,7 +140,8 @@ type *substitute_in_type(type *t, const substitution &s) {
 } // namespace
 
 bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals) {
-    return rewrite_with(slot, {specific, actuals, depth_within(specific)});
+    const substitution s{specific, actuals};
+    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
 }
 
 type *instantiate_result_type(type *t, object *specific, expr_node *actuals, object *routine) {
@@ -150,15 +149,15 @@ type *instantiate_result_type(type *t, object *specific, expr_node *actuals, obj
     if (!t || !actuals) {
         return t;
     }
-    type *result = substitute_in_type(t, {specific, actuals, depth_within(specific)});
+    type *result = substitute_in_type(t, {specific, actuals});
     if (result != t) {
         check_type(result, routine);
     }
     return result;
 }
 
-void complete_interface(object *routine, unsigned scope_depth) {
-    const substitution s{routine, nullptr, scope_depth};
+void complete_interface(object *routine) {
+    const substitution s{routine, nullptr};
     const auto complete = [&](type *&t) {
         type *result = t ? substitute_in_type(t, s) : t;
         if (result != t) {

@@ -460,13 +460,23 @@ void release_length(constructor_check &c, const expr_node *loop) {
     }
 }
 
+// An increment of zero is reported here, as no extent could be worked out with it.
+bool has_good_increment(const do_loop *control) {
+    fold_value step;
+    if (!control->increment || !fold_expression(control->increment, step, false) || !has_value(step) ||
+        step.type->type_code != tk_integer || step.integer != 0) {
+        return true;
+    }
+    return fail_at(msg_increment_of_do_is_not_allowed_to_be_zero, control->increment);
+}
+
 bool implied_do_extent(constructor_check &c, expr_node *loop, bound &extent) {
     bound body{};
     if (!sum_extents(c, loop->expr_list, body)) {
         return false;
     }
     const expr_node *variable = loop->do_info->variable;
-    if (variable->node_kind != enk_object) {
+    if (variable->node_kind != enk_object || !has_good_increment(loop->do_info)) {
         return false;
     }
     release_length(c, loop);

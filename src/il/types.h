@@ -104,6 +104,9 @@ void copy_type(const type *source, type *destination);
 // array too large for 32 bits is an error (array_is_too_large) at the type's position, reported once.
 void complete_type(type *t);
 
+// Whether an array with bounds of its own is too large. complete_type has reported that.
+bool is_too_large(const type *array);
+
 // ---- small questions
 
 inline bool is_array(const type *t) { return t->type_code == tk_farray; }

@@ -383,6 +383,13 @@ bool skip_type_specification() {
     }
 }
 
+// RECURSIVE may stand on either side of the type; the handler reports one that is repeated.
+void skip_recursive() {
+    while (curr_token == tok_kw_recursive) {
+        next_token(peek_word);
+    }
+}
+
 void classify_recursive() {
     char *const prefix = line_cursor;
     if (reads_as_name()) {
@@ -390,14 +397,18 @@ void classify_recursive() {
     }
     set_kind(stmtk_subprogram, stmt_start);
     line_cursor = prefix;
-    switch (next_token(peek_word)) {
-    case tok_kw_function:
-    case tok_kw_subroutine: return;
-    default: break;
+    next_token(peek_word);
+    skip_recursive();
+    if (curr_token == tok_kw_function || curr_token == tok_kw_subroutine) {
+        return;
     }
-    if (!skip_type_specification() || curr_token != tok_kw_function) {
-        unrecognized();
+    if (skip_type_specification()) {
+        skip_recursive();
+        if (curr_token == tok_kw_function) {
+            return;
+        }
     }
+    unrecognized();
 }
 
 void classify_type() {
@@ -428,6 +439,16 @@ void do_or_name(bool is_loop, statement_kind otherwise) {
     }
 }
 
+// Whether the statement begins with a name and a colon: in fixed form the name of a construct may begin with
+// DO, and have a loop behind it.
+bool begins_with_construct_name() {
+    char *const rest = line_cursor;
+    line_cursor = stmt_start;
+    const bool found = next_token(lex_peek) == tok_name && next_token(lex_peek) == tok_colon;
+    line_cursor = rest;
+    return found;
+}
+
 // Behind DO and UBLE: a loop on a variable, or DOUBLE PRECISION.
 void classify_do_uble() {
     char *const rest = line_cursor;
@@ -439,6 +460,10 @@ void classify_do_uble() {
 }
 
 void classify_do() {
+    if (fixed_form_input && begins_with_construct_name()) {
+        name_or_bad();
+        return;
+    }
     set_kind(stmtk_do, line_cursor);
     char *rest = line_cursor;
     token_kind t = next_token(peek_word_or_label);
@@ -559,7 +584,9 @@ void classify_module() {
     set_kind(stmtk_module, line_cursor);
     if (next_token(peek_word) == tok_kw_procedure) {
         char *const names = line_cursor;
-        if (next_token(lex_peek) != tok_eos) {
+        // Where a unit begins, it is the front of a module's name in fixed form.
+        const bool is_front = fixed_form_input && curr_scope_depth == 0;
+        if (next_token(lex_peek) != tok_eos && !is_front) {
             set_kind(stmtk_module_procedure, names);
         }
     }

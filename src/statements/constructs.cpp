@@ -94,16 +94,6 @@ statement *place_label(label *l) {
     return s;
 }
 
-// The nearest entry of a kind in the current unit, -1 if there is none.
-int nearest_construct(construct_kind kind) {
-    for (int i = construct_depth; i >= 0 && construct_stack[i].kind != cons_routine; --i) {
-        if (construct_stack[i].kind == kind) {
-            return i;
-        }
-    }
-    return -1;
-}
-
 bool name_was_refused(const struct atom *name) {
     for (int i = construct_depth; i >= 0 && construct_stack[i].kind != cons_routine; --i) {
         if (construct_stack[i].refused_name == name) {
@@ -161,12 +151,14 @@ void push_construct(construct_kind kind, statement *s) {
                                         .statement = s,
                                         .tail = nullptr,
                                         .start_pos = stmt_pos,
-                                        .construct_number = next_construct_number++,
+                                        .construct_number = next_construct_number,
+                                        .first_number = next_construct_number,
                                         .end_label = nullptr,
                                         .outer_with_label = -1,
                                         .loop = loop,
                                         .top_label_stmt = nullptr,
                                         .refused_name = nullptr};
+    ++next_construct_number;
     if (is_loop(kind)) {
         reach_state = reachable;
     }
@@ -333,6 +325,15 @@ bool close_construct(construct_kind kind, const construct_name &name) {
         error_at(msg_expected_construct_name, curr_token_pos);
     }
     return true;
+}
+
+int nearest_construct(construct_kind kind) {
+    for (int i = construct_depth; i >= 0 && construct_stack[i].kind != cons_routine; --i) {
+        if (construct_stack[i].kind == kind) {
+            return i;
+        }
+    }
+    return -1;
 }
 
 int construct_of_number(std::uint32_t number) {

@@ -38,6 +38,7 @@ struct construct_entry {
     struct statement *tail;           // the last statement in the current slot, null if not known
     source_pos start_pos;             // of the first statement
     std::uint32_t construct_number;   // within the outermost unit; each branch begun gets a new one
+    std::uint32_t first_number;       // that of the first branch
     symbol *end_label;                // the terminal label of a DO, or null
     int outer_with_label;             // the next entry outwards with the same `end_label`, -1 if none
     int loop;                         // the innermost loop at this place, which may be this one; -1 if none
@@ -122,6 +123,9 @@ int loop_of_label(const symbol *label);
 // refused.
 void set_end_label(symbol *label);
 void set_construct_name(const struct atom *name, symbol *label);
+
+// The nearest open construct of a kind in the current unit, -1 if there is none.
+int nearest_construct(construct_kind kind);
 
 // The open construct of that number, -1 if there is none.
 int construct_of_number(std::uint32_t number);

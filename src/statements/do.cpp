@@ -85,6 +85,9 @@ bool parse_do_control(do_loop *control) {
     {
         const stop_at stop_at_equals{tok_assign};
         if (!parse_part(control->variable, tok_assign, msg_expected_equals)) {
+            if (control->variable && control->variable->node_kind != enk_object) {
+                control->variable = nullptr; // what stands there was not meant as a variable
+            }
             return false;
         }
     }

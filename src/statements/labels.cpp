@@ -155,6 +155,24 @@ symbol *read_label_reference(label_use use) {
     return s;
 }
 
+namespace {
+
+// The number of the construct that a label being defined belongs to. One on END SELECT belongs to all
+// branches of its construct, whichever of them is the last.
+std::uint32_t place_of_definition(const symbol *label) {
+    if (const int loop = loop_of_label(label); loop >= 0) {
+        return construct_stack[loop].construct_number;
+    }
+    if (curr_stmt_kind == stmtk_end_select) {
+        if (const int select = nearest_construct(cons_select); select >= 0) {
+            return construct_stack[select].first_number;
+        }
+    }
+    return top_construct().construct_number;
+}
+
+} // namespace
+
 // The number of a construct is greater than those of all constructs around it, and no construct that was
 // closed has a number as low as one that is still open around it. So the least number from which a label has
 // been referred to tells whether all the references stand within a later construct.
@@ -174,8 +192,7 @@ void note_label_position(symbol *label, bool is_definition, source_pos position)
         }
         return;
     }
-    const int loop = loop_of_label(label);
-    const std::uint32_t here = construct_stack[loop >= 0 ? loop : construct_depth].construct_number;
+    const std::uint32_t here = place_of_definition(label);
     if (seen != 0 && seen < here) {
         warning_at(msg_label_is_referenced_from_outside_if_block_or_do, position);
     }

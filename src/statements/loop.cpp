@@ -33,6 +33,7 @@ struct unit_progress {
     bool in_module_procedures; // the last statement of an INTERFACE block was MODULE PROCEDURE; the block is
                                // not counted in interface_depth then
     bool type_head_open;       // in a derived-type definition, before the first component
+    bool head_reported;        // a statement in the head of the INTERFACE block was out of order
 };
 
 unit_progress unit;
@@ -153,9 +154,11 @@ void end_specification_part() {
 }
 
 // An END in the head of an INTERFACE block, where END INTERFACE is missing: it closes the block along with
-// the unit that holds it.
+// the unit that holds it. Statements ahead of it that were no bodies have shown the same mistake.
 void close_interface_block() {
-    out_of_order();
+    if (!unit.head_reported) {
+        out_of_order();
+    }
     if (unit.in_module_procedures) {
         unit.in_module_procedures = false;
     } else {
@@ -169,7 +172,7 @@ bool enter_from_start() {
     case 0: return true;
     case class_of_headers: stmt_phase = ph_header; return true;
     case ph_end: break;
-    default: return out_of_order();
+    default: unit.head_reported = in_interface_block(); return out_of_order();
     }
     stmt_phase = ph_end;
     if (curr_stmt_kind == stmtk_end_interface) {
@@ -368,6 +371,7 @@ bool check_interface(program_unit_kind u) {
     }
     ++interface_depth;
     unit.in_module_procedures = false;
+    unit.head_reported = false;
     stmt_phase = ph_start;
     return true;
 }

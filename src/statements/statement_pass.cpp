@@ -241,10 +241,11 @@ bool check_loop(statement *s, object *routine) {
     const bool is_active = name && (name->var_flags & vf_do_variable);
     if (is_active) {
         error_at(msg_variable_is_same_as_do_variable_of_enclosing, variable->source_pos);
+        name->var_flags &= ~std::uint32_t{vf_do_variable}; // that it is modified is no other mistake
         good = false;
     }
-    if (name && !is_active) {
-        finish_uses();
+    finish_uses();
+    if (name) {
         name->var_flags |= vf_do_variable;
     }
     good &= check_nested(s->loop_statement, routine);

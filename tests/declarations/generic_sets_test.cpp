@@ -9,9 +9,7 @@ namespace {
 class GenericSetsTest : public UnitsTest {
 protected:
     // The messages of the check of all generics of the module M, which has the text.
-    std::string check(const std::string &text) {
-        return compile("module m\n" + text + "end module m\n");
-    }
+    std::string check(const std::string &text) { return compile("module m\n" + text + "end module m\n"); }
 
     // The same for one generic with one procedure, P.
     std::string check_one(const std::string &generic, const std::string &procedure) {

@@ -509,3 +509,120 @@ TEST_F(predicates, frames) {
 }
 
 } // namespace
+
+// ---- matches
+
+namespace {
+
+type *any_kind_of(type_code code) {
+    type *t = new_type(code);
+    t->kind = ANY_KIND;
+    return t;
+}
+
+// An array that takes its shape from the actual argument; rank 0 admits scalars and any rank.
+type *form_of(type *element, unsigned rank) {
+    type *t = new_array_type(element, rank);
+    t->array.shape_kind = deferred_shape;
+    return t;
+}
+
+using matches = il_test;
+
+TEST_F(matches, kinds) {
+    EXPECT_TRUE(type_matches_dummy(integer_type(0), any_kind_of(tk_integer)));
+    EXPECT_TRUE(type_matches_dummy(integer_type(0), integer_type(0)));
+    EXPECT_FALSE(type_matches_dummy(integer_type(0), integer_type(1)));
+    EXPECT_FALSE(type_matches_dummy(default_real(), any_kind_of(tk_integer)));
+    // The wildcards of an actual argument mean nothing.
+    EXPECT_FALSE(type_matches_dummy(any_kind_of(tk_float), default_real()));
+    EXPECT_TRUE(type_matches_dummy(default_character(3), default_character(5)));
+    EXPECT_FALSE(type_matches_dummy(default_character(3), default_integer()));
+}
+
+TEST_F(matches, classes_of_types) {
+    type *derived = new_type(tk_derived_type);
+    EXPECT_TRUE(type_matches_dummy(default_complex(), new_type(tk_any_numerical)));
+    EXPECT_FALSE(type_matches_dummy(default_logical(), new_type(tk_any_numerical)));
+    EXPECT_TRUE(type_matches_dummy(derived, new_type(tk_any_derived)));
+    EXPECT_FALSE(type_matches_dummy(default_real(), new_type(tk_any_derived)));
+    EXPECT_TRUE(type_matches_dummy(derived, new_type(tk_any_type)));
+    EXPECT_TRUE(type_matches_dummy(default_real(), error_type()));
+    EXPECT_FALSE(type_matches_dummy(derived, derived)); // equal types are accepted before
+    EXPECT_TRUE(type_matches_dummy(stmt_label_type(), stmt_label_type()));
+    EXPECT_FALSE(type_matches_dummy(default_integer(), stmt_label_type()));
+}
+
+TEST_F(matches, ranks) {
+    type *vector = array_of(default_real(), {{1, 3}});
+    type *matrix = array_of(default_real(), {{1, 3}, {1, 3}});
+    EXPECT_TRUE(type_matches_dummy(default_real(), form_of(default_real(), 0)));
+    EXPECT_TRUE(type_matches_dummy(matrix, form_of(default_real(), 0)));
+    EXPECT_TRUE(type_matches_dummy(vector, form_of(any_kind_of(tk_float), 1)));
+    EXPECT_FALSE(type_matches_dummy(matrix, form_of(default_real(), 1)));
+    EXPECT_FALSE(type_matches_dummy(default_real(), form_of(default_real(), 1)));
+    EXPECT_FALSE(type_matches_dummy(vector, form_of(default_integer(), 0)));
+    // An explicit shape takes its elements in sequence.
+    EXPECT_TRUE(type_matches_dummy(matrix, vector));
+    EXPECT_TRUE(type_matches_dummy(default_real(), vector));
+}
+
+TEST_F(matches, procedures) {
+    type *real_function = new_routine_type(nullptr, default_real());
+    type *array_function = new_routine_type(nullptr, array_of(default_real(), {{1, 3}}));
+    EXPECT_TRUE(type_matches_dummy(new_routine_type(nullptr, unspec_routine_type()), real_function));
+    EXPECT_TRUE(type_matches_dummy(real_function, new_routine_type(nullptr, unspec_routine_type())));
+    EXPECT_FALSE(type_matches_dummy(default_real(), real_function));
+    EXPECT_FALSE(type_matches_dummy(new_routine_type(nullptr, default_integer()), real_function));
+    EXPECT_FALSE(type_matches_dummy(array_function, real_function));
+    array_function->routine.is_elemental = true;
+    EXPECT_TRUE(type_matches_dummy(array_function, real_function));
+}
+
+TEST_F(matches, assignment) {
+    type *vector = array_of(default_real(), {{1, 3}});
+    EXPECT_TRUE(assignment_compatible(default_integer(), default_complex()));
+    EXPECT_FALSE(assignment_compatible(default_integer(), default_logical()));
+    EXPECT_TRUE(assignment_compatible(logical_type(0), default_logical()));
+    EXPECT_TRUE(assignment_compatible(default_character(3), default_character(8)));
+    EXPECT_TRUE(assignment_compatible(vector, default_integer()));
+    EXPECT_TRUE(assignment_compatible(vector, array_of(default_integer(), {{0, 2}})));
+    EXPECT_FALSE(assignment_compatible(vector, array_of(default_integer(), {{1, 4}})));
+    EXPECT_FALSE(assignment_compatible(default_real(), vector));
+    EXPECT_TRUE(assignment_compatible(default_logical(), error_type()));
+    EXPECT_TRUE(assignment_compatible(error_type(), default_logical()));
+    EXPECT_FALSE(assignment_compatible(stmt_label_type(), default_integer()));
+}
+
+TEST_F(matches, what_a_shape_is_like) {
+    type *open = array_of(default_real(), {{1, 3}, {1, 0, bound_assumed}});
+    open->array.shape_kind = assumed_size;
+    type *constant = array_of(default_real(), {{1, 3}, {0, 4}});
+    type *variable = array_of(default_real(), {{1, 0, bound_expression}});
+    EXPECT_TRUE(is_assumed_size(open));
+    EXPECT_FALSE(is_assumed_size(constant));
+    EXPECT_FALSE(is_assumed_size(default_real()));
+    EXPECT_TRUE(is_assumed_size(same_shape_as(default_real(), 2, node_of(open))));
+    EXPECT_TRUE(is_explicit_constant_shape(constant));
+    EXPECT_FALSE(is_explicit_constant_shape(open));
+    EXPECT_FALSE(is_explicit_constant_shape(variable));
+    EXPECT_TRUE(has_nonconstant_bound(variable));
+    EXPECT_FALSE(has_nonconstant_bound(constant));
+}
+
+TEST_F(matches, nothing_in_it) {
+    type *empty = array_of(default_real(), {{1, 0}});
+    type *one = array_of(default_real(), {{1, 1}});
+    type *texts = array_of(default_character(0), {{1, 3}});
+    for (type *t : {empty, one, texts}) {
+        complete_type(t);
+    }
+    EXPECT_TRUE(is_zero_sized(empty));
+    EXPECT_FALSE(is_zero_sized(one));
+    EXPECT_TRUE(is_zero_sized(texts));
+    EXPECT_TRUE(is_zero_sized(default_character(0)));
+    EXPECT_FALSE(is_zero_sized(default_character(1)));
+    EXPECT_FALSE(is_zero_sized(default_real()));
+}
+
+} // namespace

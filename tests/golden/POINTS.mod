@@ -1,0 +1,28 @@
+ZENKO IL file (v2.30F)
+0,h1,f1,c0,p2,t4,l0,x0,o4,i1,s0,u0,a8,b0,d0,k0,m1,q0,r0,n0,j0,e0,z3,w80,v0
+h0=f0,0,o0,5h2.4.1,24hSat Jan  1 00:00:00 2000,N,1
+f0=10hpoints.f90,10hpoints.f90,1,16,1,0,0,0
+a0=6hPOINTS
+o0=a0,16:18,YN,0,0,t0,7,NNNNNNNNNNNNNNN,0,0,0
+t0=0,16:18,YN,255,0,0,1,NNNN,13
+a1=5hPOINT
+z0=a1,0,t1
+t1=a1,16:18,YN,1,0,8,4,NNNY,14,o1,o0,N
+a2=1hX
+o1=a2,16:18,NN,2,o2,t2,5,NNNNNNNNNNNYNNN,0,t1
+t2=0,16:18,YN,255,0,4,4,YNNN,3,0
+a3=1hY
+o2=a3,16:18,NN,2,0,t2,5,NNNNNNNNNNNYNNN,4,t1
+a4=1h+
+z1=a4,27,i0
+i0=a4,16:18,YN,1,0,0,m0,Y
+m0=0,o3
+a5=3hADD
+o3=a5,16:18,YN,1,0,t3,11,NNNNNNNNNNNYNNN,1,0,o0
+t3=0,16:18,YN,255,0,0,1,NNNN,4,t1,p0,o3,YNNN
+a6=1hA
+p0=a6,16:18,YN,2,p1,t1,NYNN
+a7=1hB
+p1=a7,16:18,YN,2,0,t1,NYNN
+z2=a5,5,o3
+0
