@@ -8,7 +8,6 @@
 #include "output/il_writer.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <string_view>
 #include <type_traits>
@@ -152,9 +151,7 @@ std::uint64_t element_count(unsigned kind) {
     return kind == kind_bound_info_entry ? entry_counts[kind] / bounds_granule : entry_counts[kind];
 }
 
-void *zeroed_memory(std::size_t bytes) {
-    return bytes > 0 ? std::memset(sys_alloc(bytes), 0, bytes) : nullptr;
-}
+void *zeroed_memory(std::size_t bytes) { return bytes > 0 ? il_alloc(region_size(bytes)) : nullptr; }
 
 // A record takes some bytes of the file, and so do texts, values and bounds: counts that the file has no room
 // for would only waste memory.
