@@ -6,7 +6,7 @@
 namespace zf90 {
 
 // Makes a name that of the intrinsic procedure with its spelling. `s` is its symbol, or null. Error 95 if
-// there is no such procedure, 578 if a type was declared that is not that of a specific function.
+// there is no such procedure, 578 if a type was declared that none of its results can have.
 symbol *declare_intrinsic(symbol *s, name_locator &name);
 
 } // namespace zf90
