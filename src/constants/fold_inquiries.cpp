@@ -292,6 +292,10 @@ fold_outcome fold_bounds(expr_node *node, fold_value &value, bool must_fold) {
     const expr_node *array = without_refs(node->operands);
     const type *t = array->type;
     if (!is_array(t)) {
+        if (node->intrinsic == intr_shape && t->type_code != tk_error) {
+            value = new_aggregate(node); // a scalar has no dimensions
+            return fold_outcome::folded;
+        }
         return array->node_kind == enk_error ? fold_outcome::failed : fold_outcome::never;
     }
     const unsigned rank = t->array.rank;

@@ -64,7 +64,7 @@ void apply_shape(symbol *s) {
     }
 }
 
-void apply_initializer(symbol *s, bool is_named_constant, bool has_type) {
+void apply_initializer(symbol *s, source_pos position, bool is_named_constant, bool has_type) {
     if (s->kind != sk_variable || !entity_init) {
         return;
     }
@@ -72,6 +72,10 @@ void apply_initializer(symbol *s, bool is_named_constant, bool has_type) {
         apply_implicit(s, null_pos);
     }
     object *o = entity_as<object>(s);
+    if (is_checked(o)) {
+        error_at(msg_declaration_conflicts_with_previous_specifications, position);
+        return;
+    }
     constant *value = new_constant();
     set_constant_repr(value, ck_expression);
     value->type = unknown_type();
@@ -106,13 +110,12 @@ void apply_external(symbol *s) {
     }
     case sk_data_name: error(msg_declaration_conflicts_with_previous_use_or_specification); break;
     case sk_block_data:
-    case sk_external_pending:
-    case sk_subroutine:
-    case sk_function:
-    case sk_dummy_function:
-    case sk_dummy_subroutine:
-    case sk_dummy_procedure: break;
-    default: error(msg_declaration_conflicts_with_previous_specifications); break;
+    case sk_external_pending: break;
+    default:
+        if (!(s->flags & sf_external_attr)) { // otherwise it has been reported as stated twice
+            error(msg_declaration_conflicts_with_previous_specifications);
+        }
+        break;
     }
     s->flags |= sf_external_attr;
 }
@@ -151,7 +154,7 @@ void apply_to_data(symbol *&s, const attribute_set &set, name_locator &name) {
         has_automatic = true;
     }
     if (set[attr_initialized]) {
-        apply_initializer(s, set[attr_parameter], set[attr_typed]);
+        apply_initializer(s, name.position, set[attr_parameter], set[attr_typed]);
     }
 }
 
@@ -162,6 +165,7 @@ symbol *apply_attributes(symbol *s, const attribute_set &set, name_locator &name
     if (is_new) {
         s = new_symbol(sk_undetermined, name, curr_scope_depth);
     }
+    claim_candidate(s);
     if (s->name == error_atom) {
         return s;
     }
@@ -219,6 +223,7 @@ symbol *apply_attributes(symbol *s, const attribute_set &set, name_locator &name
             target->is_target = true;
         }
     }
+    s->flags &= ~std::uint32_t{sf_inferred}; // it is declared by now
     note_declaration(s, name.position, is_new);
     return s;
 }

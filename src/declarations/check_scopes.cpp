@@ -417,7 +417,9 @@ bool check_declarations_within(scope *s) {
     bool good = true;
     for (type *t = s->types; t; t = t->next) {
         good &= check_type(t, routine);
-        good &= check_component_access(t);
+        if (t->derived.module == routine) { // what a module gives has been checked there
+            good &= check_component_access(t);
+        }
     }
     for (object *o = s->objects; o; o = o->next) {
         good &= check_declared_object(o);

@@ -35,6 +35,9 @@ bool declare_initialized(name_locator name) {
             return false;
         }
     }
+    if (s) {
+        claim_candidate(s);
+    }
     s = make_variable(s, name);
     if (s->name == error_atom) {
         return false;

@@ -37,6 +37,9 @@ bool declare_equivalenced(name_locator name) {
             return false;
         }
     }
+    if (s) {
+        claim_candidate(s);
+    }
     s = make_variable(s, name);
     if (s->name == error_atom) {
         return false;

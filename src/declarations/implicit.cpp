@@ -1,6 +1,7 @@
 // The states of a symbol's type.
 #include "declarations/implicit.h"
 
+#include "declarations/intrinsic_names.h"
 #include "declarations/routines.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
@@ -199,6 +200,13 @@ bool set_type(symbol *s, type *declared, bool override_type) {
         s->flags |= sf_typed;
         return good;
     }
+    case sk_intrinsic_function:
+        if (!(s->flags & sf_type_implicit) && !may_have_type(s, declared)) {
+            error(msg_inconsiten_type_of_intrinsic_procedure);
+            return false;
+        }
+        s->aux2 |= pf_type_declared;
+        return true;
     default:
         if (reports_conflict(s) || (has_no_type(s->kind) && s->name != error_atom)) {
             error(msg_type_declaration_conflicts_with_implied_type);

@@ -148,14 +148,23 @@ bool read_letters() {
     return true;
 }
 
-// One specification, from its type keyword on.
-bool read_implicit_spec() {
-    bool good = true;
+// One specification, from its type keyword on. Clears `good` after an error. False if what follows is
+// unknown.
+bool read_implicit_spec(bool &good) {
+    bool has_type;
     {
         const stop_at stop({tok_lparen});
-        good = read_implicit_type();
+        has_type = read_implicit_type();
+    }
+    if (!has_type) {
+        good = false;
+        curr_type_spec = error_type(); // the letters are typed, so that there is no word about their names
+        if (curr_token != tok_lparen) {
+            return false;
+        }
     }
     if (!accept_token(tok_lparen, msg_expected_lparen, letter_list_mode)) {
+        good = false;
         return false;
     }
     {
@@ -164,7 +173,9 @@ bool read_implicit_spec() {
             good = read_letters() && good;
         } while (accept_optional(tok_comma, letter_list_mode));
     }
-    return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
+    const bool closed = accept_token(tok_rparen, msg_expected_rparen, 0);
+    good = good && closed;
+    return closed;
 }
 
 } // namespace
@@ -176,10 +187,11 @@ bool stmt_implicit() {
         warning_at(msg_implicit_none_in_effect_implicit_typing_not_permitted, stmt_pos);
     }
     bool good = true;
+    bool goes_on;
     do {
         next_token(lex_keyword);
-        good = read_implicit_spec() && good;
-    } while (good && curr_token == tok_comma);
+        goes_on = read_implicit_spec(good);
+    } while (goes_on && curr_token == tok_comma);
     return good;
 }
 

@@ -591,6 +591,13 @@ symbol *resolve_candidate(symbol *s) {
     return meaning;
 }
 
+void claim_candidate(symbol *s) {
+    if (s->kind == sk_host_candidate) {
+        s->flags |= marks_from_within(s);
+        become_local_name(s);
+    }
+}
+
 void finish_forward_type(symbol *s) {
     if (symbol *host_type = static_cast<symbol *>(s->aux)) {
         become_host_link(s, host_type);

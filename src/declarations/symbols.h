@@ -130,6 +130,10 @@ symbol *lookup_reference();
 // the meaning was reached through a host link, links are made in the scopes from `min_depth` outward.
 symbol *lookup_resolved(symbol *first_symbol, std::int32_t min_depth);
 
+// A declaration of this scope reaches a name that is a candidate so far, because it has been used in a bound:
+// it is a name of this scope, whatever a host has. Leaves symbols of all other kinds alone.
+void claim_candidate(symbol *s);
+
 // Two modules give a name to different entities: that is an error only where it is used. `module` is the
 // second one.
 void mark_ambiguous(symbol *s, const atom *module);

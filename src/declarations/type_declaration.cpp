@@ -114,8 +114,19 @@ void add_access(attribute_set &set, attribute a) {
     add_attribute(set, a);
 }
 
-// One item of the attribute list, at its keyword.
-bool read_attribute(attribute_set &set) {
+// Passes over an item that is no attribute; only the first one is reported.
+bool skip_unknown_attribute(bool &reported) {
+    error_pos = curr_token_pos;
+    if (!reported) {
+        report_syntax_error(msg_attribute_specifier_expected);
+    }
+    reported = true;
+    recover_tokens();
+    return curr_token != tok_eos;
+}
+
+// One item of the attribute list, at its keyword. False after an error behind which the list can't go on.
+bool read_attribute(attribute_set &set, bool &reported_unknown) {
     switch (curr_token) {
     case tok_kw_allocatable:
         if (curr_unit_kind == uk_block_data) {
@@ -135,9 +146,7 @@ bool read_attribute(attribute_set &set) {
         if (next_token(lex_keyword) == tok_kw_tent) {
             return read_intent_attribute(set);
         }
-        error_pos = curr_token_pos;
-        syntax_error(msg_attribute_specifier_expected);
-        return true;
+        return skip_unknown_attribute(reported_unknown);
     case tok_kw_intrinsic: add_attribute(set, attr_intrinsic); break;
     case tok_kw_optional: add_attribute(set, attr_optional); break;
     case tok_kw_parameter: add_data_attribute(set, attr_parameter); break;
@@ -151,10 +160,7 @@ bool read_attribute(attribute_set &set) {
         add_data_attribute(set, attr_save);
         break;
     case tok_kw_target: add_data_attribute(set, attr_target); break;
-    default:
-        error_pos = curr_token_pos;
-        syntax_error(msg_attribute_specifier_expected);
-        return true;
+    default: return skip_unknown_attribute(reported_unknown);
     }
     next_token(0);
     return true;
@@ -164,9 +170,10 @@ bool read_attribute(attribute_set &set) {
 bool read_attribute_list(attribute_set &set) {
     {
         const stop_at stop({tok_comma, tok_double_colon});
+        bool reported_unknown = false;
         while (curr_token == tok_comma) {
             next_token(lex_keyword);
-            if (!read_attribute(set)) {
+            if (!read_attribute(set, reported_unknown)) {
                 return false;
             }
         }

@@ -2,6 +2,7 @@
 #include "declarations/implicit.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
+#include "expressions/check.h"
 #include "expressions/parser_stack.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -147,7 +148,9 @@ expr_node *abandon_implied_do() {
 
 expr_node *finish_implied_do() {
     const pending loop = pop_pending();
-    close_with(tok_rparen, msg_expected_rparen);
+    if (!close_with(tok_rparen, msg_expected_rparen)) {
+        mark_error_node(loop.node);
+    }
     --stop_set[tok_rparen];
     return loop.node;
 }
@@ -285,11 +288,14 @@ expr_node *continue_constructor(expr_node *value) {
     const pending list = pop_pending();
     --stop_set[tok_comma];
     --ac_nesting_depth;
-    close_with(tok_array_close, msg_expected_array_close);
+    const bool closed = close_with(tok_array_close, msg_expected_array_close);
     --stop_set[tok_array_close];
     expr_node *node = new_node(enk_constructor, list.position);
     node->constructor = list.first_item;
     node->type = new_array_type(unknown_type(), 1);
+    if (!closed) {
+        mark_error_node(node);
+    }
     return node;
 }
 

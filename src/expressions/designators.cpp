@@ -245,13 +245,13 @@ expr_node *finish_list() {
     if (list.waits_for_comma) {
         --stop_set[tok_comma];
     }
-    close_with(tok_rparen, msg_expected_rparen);
+    const bool closed = close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_symbol_call, list.position);
     node->symbol = list.symbol;
     node->operands = list.first_item;
     node->has_triplet = list.has_triplet;
-    if (list.keyword_missed) {
+    if (list.keyword_missed || !closed) {
         mark_error_node(node);
     }
     if (list.in_designator && !list.has_triplet) {
@@ -297,7 +297,7 @@ expr_node *finish_subscripts() {
         error_at(msg_too_few_subscripts, curr_token_pos);
         failed = true;
     }
-    close_with(tok_rparen, msg_expected_rparen);
+    failed = !close_with(tok_rparen, msg_expected_rparen) || failed;
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_subscript, list.position);
     node->array_expr = list.node;
@@ -366,12 +366,12 @@ expr_node *advance_substring(expr_node *value) {
         substring.item->second = value;
     }
     const pending done = pop_pending();
-    close_with(tok_rparen, msg_expected_rparen);
+    const bool closed = close_with(tok_rparen, msg_expected_rparen);
     --stop_set[tok_rparen];
     expr_node *node = new_node(enk_substring, done.position);
     node->array_expr = done.node;
     node->ind_list = done.item;
-    if (done.failed) {
+    if (done.failed || !closed) {
         mark_error_node(node);
     }
     return node;

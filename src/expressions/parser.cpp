@@ -185,7 +185,9 @@ expr_node *start_group() {
 expr_node *continue_group(expr_node *value) {
     pop_pending();
     value->allow_reordering = false;
-    close_with(tok_rparen, msg_expected_rparen);
+    if (!close_with(tok_rparen, msg_expected_rparen)) {
+        mark_error_node(value); // the rest of the expression is unknown
+    }
     --stop_set[tok_rparen];
     return value;
 }
@@ -386,10 +388,11 @@ bool skip_behind(token_kind token) {
 }
 
 bool close_with(token_kind token, error_code code) {
-    if (curr_token != token) {
+    const bool good = curr_token == token;
+    if (!good) {
         report_parse_error(code);
     }
-    return skip_behind(token);
+    return skip_behind(token) && good;
 }
 
 io_specifier specifier_of(token_kind token) {

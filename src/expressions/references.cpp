@@ -405,6 +405,9 @@ bool fold_node(expr_node *node, std::uint32_t flags, object *routine) {
     }
     fold_value value;
     const bool folded = fold_expression(node, value, must_fold);
+    if (must_fold && !folded) {
+        return false; // nothing more is to be said about it
+    }
     if (folded && has_value(value) && !retain_constant_exprs && node->node_kind != enk_error) {
         check_type(value.type, routine);
         constant *c = store_fold_value(value);

@@ -1,4 +1,5 @@
 // The functions that combine, rearrange or reduce the elements of arrays.
+#include "constants/folding.h"
 #include "expressions/predicates.h"
 #include "expressions/shapes.h"
 #include "il/constants.h"
@@ -32,20 +33,33 @@ type *new_unknown_shape(type *element, unsigned rank, shape_kind kind, expr_node
     return t;
 }
 
-// The extent of the only dimension of an array of rank 1, if it is constant.
-bool constant_vector_extent(const expr_node *e, std::uint64_t &extent) {
-    bound_info_entry *table = bounds_of_type(e->type);
+struct dimension_bounds {
+    const bound *lower;
+    const bound *upper;
+};
+
+// The bounds of a dimension (from 1) of an array expression. False if they are not constant.
+bool constant_bounds(const expr_node *e, unsigned dimension, dimension_bounds &bounds) {
+    const bound_info_entry *table = bounds_of_type(e->type);
     if (!table) {
         type *const t = new_type(tk_farray);
         copy_type(e->type, t);
         section_bounds(t);
         table = bounds_of_type(t);
     }
-    if (!table || table->bounds[0].kind != bound_constant || table->bounds[1].kind != bound_constant) {
+    if (!table) {
         return false;
     }
-    extent = constant_extent(table->bounds[0], table->bounds[1]);
-    return true;
+    bounds = {&table->bounds[dimension - 1], &table->bounds[rank_of(e) + dimension - 1]};
+    return bounds.lower->kind == bound_constant && bounds.upper->kind == bound_constant;
+}
+
+// Whether two dimensions have the same extent, as far as that is known.
+bool extents_agree(const expr_node *a, unsigned dimension, const expr_node *b, unsigned other) {
+    dimension_bounds p;
+    dimension_bounds q;
+    return !constant_bounds(a, dimension, p) || !constant_bounds(b, other, q) ||
+           constant_extent(*p.lower, *p.upper) == constant_extent(*q.lower, *q.upper);
 }
 
 // The type of `array` without the dimension DIM, of which `dimension` is the number, 0 if it is not known.
@@ -159,7 +173,7 @@ bool handle_matmul(expr_node *node, std::uint32_t flags, object *routine) {
     expr_node *const a = argument(node, 0);
     expr_node *const b = argument(node, 1);
     type *const element = common_type(element_of(a), element_of(b));
-    if (!element) {
+    if (!element || !extents_agree(a, rank_of(a), b, 1)) {
         return refuse_operands(node, a);
     }
     if (rank_of(a) == 1) {
@@ -184,10 +198,11 @@ bool handle_reshape(expr_node *node, std::uint32_t flags, object *routine) {
     if (!check_operand_context(node, flags, routine) || !require_array(node, source)) {
         return false;
     }
-    std::uint64_t rank;
-    if (!constant_vector_extent(shape, rank)) {
+    dimension_bounds bounds;
+    if (!constant_bounds(shape, 1, bounds)) {
         return refuse_at(node, msg_non_constant_bound_array_or_non_constant_length, shape);
     }
+    const std::uint64_t rank = constant_extent(*bounds.lower, *bounds.upper);
     if (rank < 1) {
         error_at(msg_must_be_positive, shape->source_pos, "array size");
         mark_error_node(node);
@@ -217,11 +232,11 @@ bool handle_reshape(expr_node *node, std::uint32_t flags, object *routine) {
     }
     source->any_type_argument = true;
     type *const t = new_array_type(element, static_cast<unsigned>(rank));
-    for (unsigned i = 1; i <= rank; ++i) {
+    for (unsigned i = 0; i < rank; ++i) {
         expr_node *const extent = new_expr_node(enk_subscript);
         extent->array_expr = new_ref(shape);
-        extent->ind_list = new_integer_node(static_cast<std::int32_t>(i));
-        set_extent(t, i, extent);
+        extent->ind_list = new_integer_node(bounds.lower->value + static_cast<std::int32_t>(i));
+        set_extent(t, i + 1, extent);
     }
     return finish_intrinsic(node, t);
 }
@@ -237,13 +252,14 @@ bool handle_spread(expr_node *node, std::uint32_t flags, object *routine) {
     if (rank > highest_rank) {
         return refuse_at(node, msg_maximum_rank_may_be_six, source);
     }
-    std::int32_t dimension;
-    if (!constant_argument(dim, dimension)) {
+    fold_value folded;
+    if (!fold_expression(dim, folded, false) || folded.repr_kind != ck_value) {
         expr_node *const args = new_ref(source);
         args->next = new_ref(dim);
         args->next->next = new_ref(copies);
         return finish_intrinsic(node, new_unknown_shape(element_of(source), rank, add_dimension, args));
     }
+    const std::int32_t dimension = folded.integer;
     if (dimension < 1 || dimension > static_cast<std::int32_t>(rank)) {
         return refuse_at(node, msg_subscript_out_of_range, dim);
     }

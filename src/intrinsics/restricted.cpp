@@ -140,9 +140,7 @@ bool walk_scalar(expr_node *e) {
     case enk_operation:
     case enk_call: return walk_scalar_list(e->operands);
     case enk_intrinsic: return walk_scalar_list(is_inquiry(e->intrinsic) ? e->operands->next : e->operands);
-    case enk_subscript:
-    case enk_substring: return walk_scalar_list(e->ind_list);
-    default: return true;
+    default: return true; // what it holds has been checked in this context itself
     }
 }
 

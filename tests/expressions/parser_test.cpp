@@ -309,7 +309,7 @@ TEST_F(ParserTest, ComplexConstantsInError) {
     expect_error("(1.0,- -1)", quoted(8, part), "error");
     expect_error("(1.0 2.0,3.0)", quoted(6, msg_expected_comma), "<1, 3>_0");
     expect_error("(f(a,b),c)", quoted(2, part) + "; " + quoted(9, part), "error");
-    expect_error("(1,2,3)", quoted(5, msg_expected_rparen), "<1, 2>_0");
+    expect_error("(1,2,3)", quoted(5, msg_expected_rparen), "error");
     expect_error("(1,2", quoted(5, msg_expected_rparen), "error");
     expect_error("(99999999999,1)", quoted(2, msg_integer_constant_is_too_large), "error");
 }
@@ -329,8 +329,8 @@ TEST_F(ParserTest, ParenthesesInError) {
     const error_code missing = msg_expected_rparen;
     expect_error("(a+b", quoted(5, missing), "{error}");
     expect_error("a*(b-(c+d)", quoted(11, missing), "error");
-    expect_error("(a b)", quoted(4, missing), "{A}");
-    expect_error("((a) b)+c", quoted(6, missing), "({A} + C)");
+    expect_error("(a b)", quoted(4, missing), "{error}");
+    expect_error("((a) b)+c", quoted(6, missing), "({error} + C)");
     expect_error("((a+b", quoted(6, missing), "{error}");
     expect_error("f((a b)", quoted(6, missing) + "; " + quoted(8, missing), "error");
     expect_error("(/ (a b /)", quoted(7, missing), "error");
@@ -411,7 +411,7 @@ TEST_F(ParserTest, KeywordsAreNotOmittedBehindOne) {
     expect_error("f(x=1,2,3)", quoted(7, omitted), "error");
     expect_error("f(k=2,*10)", quoted(7, omitted), "error");
     expect_error("f(1,n=2,3,4)+1", quoted(9, omitted), "(error + 1)");
-    expect_error("f(k=1:2)", quoted(6, msg_expected_rparen), "F(K=1)");
+    expect_error("f(k=1:2)", quoted(6, msg_expected_rparen), "error");
     expect_error("f(k=1,:)", quoted(7, msg_expected_expression), "F(K=1, error)");
     expect_error("f(k=1,)", quoted(7, msg_expected_expression), "F(K=1, error)");
 }
@@ -419,14 +419,14 @@ TEST_F(ParserTest, KeywordsAreNotOmittedBehindOne) {
 TEST_F(ParserTest, ListsInError) {
     const error_code missing = msg_expected_rparen;
     expect_error("f(a,b", quoted(6, missing), "error");
-    expect_error("f(a b)+c", quoted(5, missing), "(F(A) + C)");
-    expect_error("f(g(a b, c), d)", quoted(7, missing), "F(G(A), D)");
+    expect_error("f(a b)+c", quoted(5, missing), "(error + C)");
+    expect_error("f(g(a b, c), d)", quoted(7, missing), "F(error, D)");
     expect_error("f(", quoted(3, missing), "error");
     expect_error("f(a,", quoted(5, msg_expected_expression), "error");
     expect_error("f(a(1:", quoted(7, msg_expected_expression), "error");
     expect_error("f(a, g(b,), c d)", quoted(10, msg_expected_expression) + "; " + quoted(15, missing),
-                 "F(A, G(B, error), C)");
-    expect_error("f((/1 2, 3/), x)", quoted(7, msg_expected_array_close), "F((/1/), X)");
+                 "error");
+    expect_error("f((/1 2, 3/), x)", quoted(7, msg_expected_array_close), "F(error, X)");
 }
 
 TEST_F(ParserTest, StatementsReadTheListOfACall) {
@@ -535,7 +535,7 @@ TEST_F(ParserTest, SubscriptsOfComponentsAreCounted) {
     expect_error("q%v(1,2)+1", quoted(7, msg_too_many_subscripts), "(error + 1)");
     expect_error("q%v(1,2,3)", quoted(7, msg_too_many_subscripts), "error");
     expect_error("q%v()", quoted(5, msg_expected_expression), "Q%V elements(error)");
-    expect_error("q%m(1 2)", quoted(7, msg_expected_rparen), "Q%M elements(1)");
+    expect_error("q%m(1 2)", quoted(7, msg_expected_rparen), "error");
     expect_error("q%bad(1)", "", "Q%BAD elements(1)");
     expect_error("q%v(1", quoted(6, msg_expected_rparen), "error");
     expect_error("f(q%m(1), q%v(2))", quoted(8, msg_too_few_subscripts), "F(error, Q%V elements(2))");
@@ -550,7 +550,7 @@ TEST_F(ParserTest, SubstringsInError) {
     expect_error("'abc'()", quoted(7, msg_expected_expression), "error");
     expect_error("'abc'(1:2", quoted(10, msg_expected_rparen), "error");
     expect_error("f('abc'(1 2), b)", quoted(11, colon), "F(error, B)");
-    expect_error("'abc'(1:2:3)", quoted(10, msg_expected_rparen), "'abc' substring(1:2)");
+    expect_error("'abc'(1:2:3)", quoted(10, msg_expected_rparen), "error");
 }
 
 // ---- constructors and implied DOs
@@ -597,11 +597,11 @@ TEST_F(ParserTest, ConstructorsInError) {
     const error_code missing = msg_expected_expression;
     expect_error("(/1.0, 2.0)", quoted(11, close), "error");
     expect_error("(/ /)", quoted(4, missing), "(/error/)");
-    expect_error("(/1 2/)+a", quoted(5, close), "((/1/) + A)");
+    expect_error("(/1 2/)+a", quoted(5, close), "(error + A)");
     expect_error("(/1, /)", quoted(6, missing), "(/1, error/)");
     expect_error("(/1", quoted(4, close), "error");
     expect_error("(/1, */2, 3/)", quoted(6, missing), "(/1, error, 3/)");
-    expect_error("(/(i,i=1,3)+1/)", quoted(12, close), "(/do(I; own I=1,3)/)");
+    expect_error("(/(i,i=1,3)+1/)", quoted(12, close), "error");
 }
 
 TEST_F(ParserTest, ImpliedDosInError) {
@@ -610,7 +610,7 @@ TEST_F(ParserTest, ImpliedDosInError) {
     expect_error("(/(i, i=1), 2/)", quoted(10, comma), "(/error, 2/)");
     expect_error("(/(i=1,3), 2/)", quoted(5, comma), "(/error, 2/)");
     expect_error("(/(=1,3), 2/)", quoted(4, msg_expected_identifier), "(/error, 2/)");
-    expect_error("(/(i, i=1,3,4,5)/)", quoted(14, msg_expected_rparen), "(/do(I; own I=1,3,4)/)");
+    expect_error("(/(i, i=1,3,4,5)/)", quoted(14, msg_expected_rparen), "(/error/)");
     expect_error("(/(i, i=1,3/)", quoted(12, msg_expected_rparen), "error");
     expect_error("(/(a(j), x%y=1,n), 2/)", quoted(10, msg_do_variable_must_be_named_variable),
                  "(/error, 2/)");
