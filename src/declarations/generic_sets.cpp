@@ -18,9 +18,13 @@ constexpr error_code no_error{};
 
 // ---- operators and the assignment
 
-bool is_operand(const param_type *p) { return p->intent_in && !p->intent_out && !p->is_optional; }
+bool is_reported(const param_type *p) { return element_type_of(p->type)->type_code == tk_error; }
 
-bool is_assigned(const param_type *p) { return p->intent_out && !p->is_optional; }
+bool is_operand(const param_type *p) {
+    return (p->intent_in && !p->intent_out && !p->is_optional) || is_reported(p);
+}
+
+bool is_assigned(const param_type *p) { return (p->intent_out && !p->is_optional) || is_reported(p); }
 
 error_code check_assignment(const routine_variant &r) {
     if (r.return_type->type_code != tk_void) {

@@ -594,7 +594,7 @@ symbol *resolve_candidate(symbol *s) {
 void claim_candidate(symbol *s) {
     if (s->kind == sk_host_candidate) {
         s->flags |= marks_from_within(s);
-        become_local_name(s);
+        set_symbol_kind(s, sk_undetermined);
     }
 }
 

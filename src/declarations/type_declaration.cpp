@@ -178,6 +178,12 @@ bool read_attribute_list(attribute_set &set) {
             }
         }
     }
+    if (curr_token == tok_name) {
+        // The list of entities begins without it.
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_double_colon);
+        return true;
+    }
     return accept_token(tok_double_colon, msg_expected_double_colon, 0);
 }
 

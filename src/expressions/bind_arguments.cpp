@@ -412,6 +412,9 @@ binding bind_implicit(expr_node *actuals, bool is_subroutine) {
         if (keyword_of(actual)) {
             error_at(msg_keyword_is_not_allowed, actual->source_pos);
         }
+        if (actual->type->type_code == tk_void) { // a subroutine was referred to as a function
+            ok = misses(msg_actual_argument_is_incompatible_with_dummy_argument, actual->source_pos);
+        }
         ok = check_argument_association(is_subroutine, false, actual, nullptr) && ok;
     }
     return ok ? binding_done : binding_reported;

@@ -158,7 +158,8 @@ struct resolution {
     object *specific = nullptr;
     interface *through = nullptr;
     bool is_ambiguous = false;
-    bool is_unknown = false; // a procedure was named that does not exist, which has been reported
+    bool is_unknown =
+        false; // a procedure was named that does not exist or is in error, which has been reported
 };
 
 // The same module procedure, reached in two ways.
@@ -181,9 +182,19 @@ bool gives_way(const object *second, const object *first) {
     return p && element_type_of(p->type)->type_code == tk_any_derived;
 }
 
+// Whether a dummy argument has been reported, and would take anything.
+bool has_error_dummy(const type *t) {
+    for (const param_type *p = t->routine.param_type_list; p; p = p->next) {
+        if (element_type_of(p->type)->type_code == tk_error) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Tries a member of an interface. True if nothing further needs to be tried.
 bool try_member(object *member, interface *through, expr_node *&actuals, resolution &found, object *routine) {
-    if (!is_routine(member) || !member->type->routine.has_param_info) {
+    if (!is_routine(member) || !member->type->routine.has_param_info || has_error_dummy(member->type)) {
         found.is_unknown = true;
         return false;
     }

@@ -180,6 +180,10 @@ bool check_type(type *t, object *routine) {
 }
 
 bool check_component_access(const type *t) {
+    // What a type of another module shows is the matter of that module.
+    if (!t->is_public || (t->symbol_link && t->symbol_link->from_module)) {
+        return true;
+    }
     bool ok = true;
     for (const object *field = t->derived.first_field; field; field = field->next) {
         const type *element = element_type_of(field->type);

@@ -1,5 +1,6 @@
 // Names and what may follow them: lists in parentheses, components, the subscripts of components, substrings.
 #include "declarations/implicit.h"
+#include "declarations/intrinsic_names.h"
 #include "declarations/symbols.h"
 #include "expressions/check.h"
 #include "expressions/parser_stack.h"
@@ -119,7 +120,7 @@ bool start_argument(pending &list) {
 // ---- component references
 
 // The type that a name has by now. An undeclared name of which the class is needed is settled.
-type *type_of_name(symbol *s) {
+type *type_of_name(symbol *s, bool has_list) {
     if (s->kind == sk_host_candidate) {
         s = resolve_candidate(s);
     }
@@ -128,8 +129,16 @@ type *type_of_name(symbol *s) {
         return unknown_type();
     }
     t = element_type_of(t);
-    type *implied = t->type_code == tk_unknown ? implicit_type_of(s) : nullptr;
-    return implied ? implied : t;
+    if (t->type_code != tk_unknown) {
+        return t;
+    }
+    type *implied = implicit_type_of(s);
+    if (implied) {
+        return implied;
+    }
+    // A name without a type is reported as such.
+    const bool may_be_intrinsic = has_list && find_intrinsic_function(s);
+    return s->kind == sk_undetermined && !may_be_intrinsic ? error_type() : t;
 }
 
 // The record with the components of a derived type: a type that was named ahead of its definition may turn
@@ -149,7 +158,7 @@ const type *defined_type(const type *t) {
 const type *type_of_base(const expr_node *base) {
     switch (base->node_kind) {
     case enk_symbol:
-    case enk_symbol_call: return type_of_name(base->symbol);
+    case enk_symbol_call: return type_of_name(base->symbol, base->node_kind == enk_symbol_call);
     case enk_field: return element_type_of(base->type);
     case enk_subscript: return element_type_of(base->array_expr->type);
     case enk_error: return error_type();

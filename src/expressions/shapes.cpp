@@ -367,6 +367,9 @@ bool check_element_type(constructor_check &c, const expr_node *value) {
     if (t->type_code == tk_error) {
         return false;
     }
+    if (!is_value_type(t)) {
+        return fail_at(msg_expected_expression, value);
+    }
     if (!c.element) {
         c.element = t;
         return true;

@@ -110,6 +110,12 @@ bool is_too_large(const type *array);
 // ---- small questions
 
 inline bool is_array(const type *t) { return t->type_code == tk_farray; }
+
+// Whether an expression of the type has a value: it is neither the name of a procedure nor a subroutine call.
+inline bool is_value_type(const type *t) {
+    return t->type_code != tk_void && t->type_code != tk_routine && t->type_code != tk_unspec_routine;
+}
+
 inline type *element_type_of(type *t) { return t->type_code == tk_farray ? t->array.element_type : t; }
 
 // The number of elements of a dimension with constant bounds; 0 if it is empty. At most 2 ** 32.

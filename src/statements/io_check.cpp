@@ -251,27 +251,25 @@ bool check_specifier(const io_context &io, expr_node *node) {
 
 // ---- the items
 
-// An item of READ: a variable that may be set, or an implied DO of such.
-bool check_input_item(expr_node *item) {
-    if (item->node_kind != enk_implied_do) {
-        return set_by_statement(item);
-    }
-    return deep_call([item] {
-        bool good = true;
-        for (expr_node *e = item->expr_list; e; e = e->next) {
-            good = (e->node_kind == enk_error || check_input_item(e)) && good;
-        }
-        return good;
-    });
-}
-
 // An item of output: a value.
 bool check_output_item(expr_node *item) {
     item->intent_in = true;
-    const bool is_procedure =
-        item->node_kind != enk_implied_do &&
-        (item->type->type_code == tk_routine || item->type->type_code == tk_unspec_routine);
-    return is_procedure ? refuse(item, msg_expected_expression) : true;
+    return is_value_type(item->type) || refuse(item, msg_expected_expression);
+}
+
+// An item, or what is in it if it is an implied DO. One of READ is a variable that may be set.
+bool check_item(expr_node *item, bool is_input) {
+    if (item->node_kind != enk_implied_do) {
+        return is_input ? set_by_statement(item) : check_output_item(item);
+    }
+    item->intent_in = item->intent_in || !is_input;
+    return deep_call([=] {
+        bool good = true;
+        for (expr_node *e = item->expr_list; e; e = e->next) {
+            good = (e->node_kind == enk_error || check_item(e, is_input)) && good;
+        }
+        return good;
+    });
 }
 
 bool check_items(statement *s, object *routine) {
@@ -282,7 +280,7 @@ bool check_items(statement *s, object *routine) {
         if (!check_expression(item, flags, routine)) {
             good = false;
         } else {
-            good = (is_input ? check_input_item(item) : check_output_item(item)) && good;
+            good = check_item(item, is_input) && good;
         }
     }
     return good;
