@@ -173,6 +173,8 @@ type *read_array_spec(type *element) {
             read_next_dimension(spec);
         } while (curr_token == tok_comma);
     }
+    spec.failed =
+        spec.failed || curr_token != tok_rparen; // the rest is unknown, though recovery may find ")"
     if (!accept_token(tok_rparen, msg_expected_rparen, 0) || spec.failed) {
         return nullptr;
     }

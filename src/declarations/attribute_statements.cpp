@@ -143,6 +143,16 @@ bool access_statement(attribute access) {
 
 } // namespace
 
+// Keeps quiet about the uses of a name of which the shape is in error.
+static void make_type_unknowable(symbol *s) {
+    if (s->kind == sk_variable || s->kind == sk_dummy) {
+        entity_as<object>(s)->type = error_type();
+    } else if (s->kind == sk_undetermined) {
+        s->entity = error_type();
+    }
+    s->flags |= sf_typed | sf_inferred; // a declaration of its type is welcome all the same
+}
+
 symbol *read_plain_entity(attribute_set set) {
     if (!expect_token(tok_name, msg_expected_identifier)) {
         return nullptr;
@@ -163,26 +173,31 @@ symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_sh
     name_locator name = curr_name;
     symbol *s = lookup_for_declaration();
     next_token(next_mode);
+    bool has_shape = true;
     if (curr_token == tok_lparen) {
         const source_pos position = curr_token_pos;
         type *array = read_array_spec(set[attr_typed] ? element_type_of(entity_type) : unknown_type());
-        if (!array) {
-            return nullptr;
-        }
-        if (explicit_shape_only && array->array.shape_kind != explicit_shape) {
+        has_shape = array && (!explicit_shape_only || array->array.shape_kind == explicit_shape);
+        if (has_shape) {
+            entity_type = array;
+            set[shape_attribute(array->array.shape_kind)] = true;
+        } else if (array) {
             error_at(msg_explicit_shape_specification_required, position);
-            return nullptr;
         }
-        entity_type = array;
-        set[shape_attribute(array->array.shape_kind)] = true;
     } else if (require_spec) {
         error_pos = curr_token_pos;
         syntax_error(msg_expected_lparen);
-        return nullptr;
+        has_shape = false;
     }
     const bool good = check_attributes(s, set, name.position);
+    if (!good && is_array(entity_type) && !keeps_shape(set, entity_type)) {
+        has_shape = false;
+    }
     s = apply_attributes(s, set, name);
-    return good ? s : nullptr;
+    if (!has_shape) {
+        make_type_unknowable(s);
+    }
+    return good && has_shape ? s : nullptr;
 }
 
 bool read_intent_spec(attribute_set &set) {

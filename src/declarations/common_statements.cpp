@@ -72,13 +72,18 @@ symbol *new_block(const name_locator &name, object *storage) {
     return s;
 }
 
+object *storage_of_block(const atom *name) {
+    return find_common_storage(name == blank_common_atom ? nullptr : name);
+}
+
 symbol *find_or_make_block(name_locator &name) {
     symbol *s = known_block(name.atom);
     if (!s) {
         if (name.atom != blank_common_atom) {
             check_block_name(name);
         }
-        return new_block(name, nullptr);
+        // A module that has been used may have brought the block along.
+        return new_block(name, name.atom ? storage_of_block(name.atom) : nullptr);
     }
     if (!belongs_to_open_unit(s)) {
         move_to_scope(s, curr_scope_depth);

@@ -285,7 +285,9 @@ void finish_open_type() {
 symbol *use_derived_type(symbol *s, name_locator &name) {
     const bool may_come_later = in_type_def || in_prefix_type;
     if (s && !is_type_name(s, may_come_later)) {
-        error_at(msg_identifier_is_not_derived_type_name, name.position);
+        if (!is_quiet(s)) {
+            error_at(msg_identifier_is_not_derived_type_name, name.position);
+        }
         name.atom = nullptr;
         s = nullptr;
     } else if (!s && may_come_later && name.atom) {
@@ -328,10 +330,10 @@ void settle_type_access(const symbol *s) {
     if (!is_derived(t)) {
         return;
     }
-    t->is_public = (s->flags & sf_public) != 0;
     if (s->from_module) {
-        return;
+        return; // its module has settled it
     }
+    t->is_public = (s->flags & sf_public) != 0;
     for (object *c = t->derived.first_field; c; c = c->next) {
         c->is_public = t->is_public && c->symbol_link && (c->symbol_link->flags & sf_public);
     }

@@ -157,7 +157,7 @@ void finish_unused_external(symbol *s) {
 
 void finish_undetermined(symbol *s) {
     name_locator name{s->name, s->decl_position};
-    if (!(s->flags & sf_called) || is_array(entity_as<type>(s))) {
+    if (!(s->flags & sf_called) || is_array(entity_as<type>(s)) || is_quiet(s)) {
         type_if_untyped(s);
         finish_variable(make_variable(s, name));
         return;

@@ -47,6 +47,10 @@ bool settle(symbol *s, type *&place, type *declared, bool override_type) {
         }
         return true;
     }
+    if (scalar->type_code == tk_error) {
+        s->flags |= sf_typed; // what it is has been reported as unknown
+        return true;
+    }
     if ((s->flags & sf_type_implicit) && scalar == declared) {
         s->flags &= ~std::uint32_t{sf_type_implicit};
         return true;

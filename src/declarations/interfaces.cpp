@@ -43,24 +43,6 @@ interface_members &members_of(const interface *generic) {
 
 // ---- generic specifications
 
-// The generic meaning that a name, operator or the assignment has outside of the scope of its new symbol:
-// what is declared adds to it.
-interface *inherited_interface(const symbol *s) {
-    if (s->name == error_atom) {
-        return nullptr;
-    }
-    const symbol *outer = lookup_resolved(s->next_same_name, -1);
-    if (!outer) {
-        return nullptr;
-    }
-    switch (outer->kind) {
-    case sk_interface:
-    case sk_intrinsic_function:
-    case sk_intrinsic_subroutine: return entity_as<interface>(outer);
-    default: return nullptr;
-    }
-}
-
 // Makes a symbol generic, and puts the interface on the list of its scope.
 symbol *make_generic(symbol *s, name_locator &name, std::int32_t depth) {
     s = declare_interface(s, name);
@@ -236,6 +218,22 @@ symbol *read_generic_spec(name_locator &name, std::int32_t depth) {
     }
     line_cursor = start; // a name, whatever its spelling
     return read_generic_name(name, depth);
+}
+
+interface *inherited_interface(const symbol *s) {
+    if (s->name == error_atom) {
+        return nullptr;
+    }
+    const symbol *outer = lookup_resolved(s->next_same_name, -1);
+    if (!outer) {
+        return nullptr;
+    }
+    switch (outer->kind) {
+    case sk_interface:
+    case sk_intrinsic_function:
+    case sk_intrinsic_subroutine: return entity_as<interface>(outer);
+    default: return nullptr;
+    }
 }
 
 symbol *declare_interface(symbol *s, name_locator &name) {

@@ -109,7 +109,7 @@ void leave_symbol(symbol *s, bool in_module) {
 
 // Whether a symbol of a module's row is among the names that the module gives away.
 bool is_given_away(const symbol *s) {
-    constexpr std::uint32_t tested = sf_public | sf_visible | sf_inferred;
+    constexpr std::uint32_t tested = sf_public | sf_visible | sf_inferred | sf_ambiguous;
     constexpr std::uint32_t wanted = sf_public | sf_visible;
     if ((s->flags & tested) != wanted) {
         return false;

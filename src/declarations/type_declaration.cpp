@@ -178,6 +178,12 @@ bool read_attribute_list(attribute_set &set) {
             }
         }
     }
+    if (curr_token == tok_name) {
+        // The list of entities begins without it.
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_double_colon);
+        return true;
+    }
     return accept_token(tok_double_colon, msg_expected_double_colon, 0);
 }
 
@@ -248,7 +254,11 @@ bool read_entity(attribute_set set, bool has_double_colon) {
         error(msg_expected_equals);
         set[attr_parameter] = false;
     }
-    check_attributes(s, set, name.position);
+    const bool is_component_of_any_length = set[attr_component] && set[attr_assumed_length];
+    if (!check_attributes(s, set, name.position) &&
+        (is_component_of_any_length || (is_array(entity_type) && !keeps_shape(set, entity_type)))) {
+        entity_type = error_type();
+    }
     apply_attributes(s, set, name);
     return good;
 }

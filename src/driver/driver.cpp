@@ -53,6 +53,7 @@ void install_signal_handlers() {
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
     std::signal(SIGPIPE, SIG_IGN); // a reader that has gone away is a failed write like any other
+    std::signal(SIGXFSZ, SIG_IGN); // and so is the limit on the size of files
 }
 
 const char *plural_suffix(std::uint32_t count) { return count == 1 ? "" : "s"; }

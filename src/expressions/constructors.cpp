@@ -170,6 +170,9 @@ bool control_follows() {
 void begin_control(pending &loop) {
     expr_node *variable = new_node(enk_symbol, loop.item_pos);
     variable->symbol = loop.symbol;
+    if (loop.failed) {
+        mark_error_node(variable);
+    }
     loop.node->do_info->variable = variable;
     loop.node->has_a_scope = loop.symbol->kind == sk_implied_do_var;
     loop.node->expr_list = loop.first_item;
@@ -210,6 +213,7 @@ expr_node *start_implied_do(element_parser parse_element, bool data_context) {
             symbol *s = lookup_reference();
             if (is_active_control(s)) {
                 error_at(msg_variable_is_same_as_do_variable_of_enclosing, loop.item_pos);
+                loop.failed = true;
             }
             loop.symbol = s;
         }

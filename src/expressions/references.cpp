@@ -114,12 +114,17 @@ bool classify_name(expr_node *node) {
     return fail_at(msg_actual_argument_is_incompatible_with_dummy_argument, node);
 }
 
+// Intrinsic subroutines have a name where they are called, but cannot be passed.
+bool is_intrinsic_subroutine(const object *o) {
+    return o->storage_class == sc_intrinsic && o->type->routine.return_type->type_code == tk_void;
+}
+
 // A generic name stands for the specific procedure of that name.
 bool classify_generic_name(expr_node *node) {
     const atom *name = node->interface_block->source_corresp.name;
     for (const interface *i = node->interface_block; i; i = i->inherited) {
         for (const object_list_member *m = i->routine_prototype_list; m; m = m->next) {
-            if (m->object->source_corresp.name == name) {
+            if (m->object->source_corresp.name == name && !is_intrinsic_subroutine(m->object)) {
                 set_expr_node_kind(node, enk_object);
                 node->object = m->object;
                 return true;

@@ -114,14 +114,6 @@ void append_to_aggregate(constant *aggregate, constant *element) {
     aggregate->aggregate.last_constant = element;
 }
 
-const char *constant_kind_name(unsigned kind) {
-#define CONSTANT_KIND_NAME(name) #name,
-    static constexpr const char *names[] = {ZF90_CONSTANT_KINDS(CONSTANT_KIND_NAME)};
-#undef CONSTANT_KIND_NAME
-    static_assert(std::size(names) == constant_kind_count);
-    return kind < constant_kind_count ? names[kind] : "**BAD CONSTANT REPR KIND**";
-}
-
 // ---- equality
 
 namespace {

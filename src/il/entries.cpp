@@ -14,19 +14,6 @@ source_pos stmt_pos;
 
 namespace {
 
-struct entry_kind_row {
-    const char *name;
-    char letter;
-    bool carries_source_corresp;
-};
-
-constexpr entry_kind_row entry_kinds[] = {
-#define ENTRY_ROW(name, text, letter, named) {text, letter, named},
-    ZF90_ENTRY_KINDS(ENTRY_ROW)
-#undef ENTRY_ROW
-};
-static_assert(std::size(entry_kinds) == entry_kind_count);
-
 template <class T> T *new_named() {
     T *entry = il_new<T>();
     entry->source_corresp = null_source_corresp;
@@ -34,14 +21,6 @@ template <class T> T *new_named() {
 }
 
 } // namespace
-
-const char *entry_kind_name(unsigned kind) {
-    return kind < entry_kind_count ? entry_kinds[kind].name : "**BAD ENTRY KIND**";
-}
-
-char entry_kind_letter(entry_kind kind) { return entry_kinds[kind].letter; }
-
-bool carries_source_corresp(entry_kind kind) { return entry_kinds[kind].carries_source_corresp; }
 
 void il_init() {
     il_region = new_region();

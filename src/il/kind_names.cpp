@@ -5,13 +5,29 @@
 #include "il/types.h"
 
 #include <cstddef>
+#include <iterator>
 
 namespace zf90 {
 
 namespace {
 
+struct entry_kind_row {
+    const char *name;
+    char letter;
+    bool carries_source_corresp;
+};
+
+constexpr entry_kind_row entry_kinds[] = {
+#define ENTRY_ROW(name, text, letter, named) {text, letter, named},
+    ZF90_ENTRY_KINDS(ENTRY_ROW)
+#undef ENTRY_ROW
+};
+static_assert(std::size(entry_kinds) == entry_kind_count);
+
 #define NAME(enumerator) #enumerator,
 
+constexpr const char *type_codes[] = {ZF90_TYPE_CODES(NAME)};
+constexpr const char *constant_kinds[] = {ZF90_CONSTANT_KINDS(NAME)};
 constexpr const char *storage_classes[] = {ZF90_STORAGE_CLASSES(NAME)};
 constexpr const char *expr_node_kinds[] = {ZF90_EXPR_NODE_KINDS(NAME)};
 constexpr const char *operations[] = {ZF90_OPERATIONS(NAME)};
@@ -33,12 +49,27 @@ const char *name_of(const char *const (&names)[count], unsigned value, const cha
 
 } // namespace
 
+const char *entry_kind_name(unsigned kind) {
+    return kind < entry_kind_count ? entry_kinds[kind].name : "**BAD ENTRY KIND**";
+}
+
+char entry_kind_letter(entry_kind kind) { return entry_kinds[kind].letter; }
+
+bool carries_source_corresp(entry_kind kind) { return entry_kinds[kind].carries_source_corresp; }
+
+const char *type_code_name(unsigned code) { return name_of(type_codes, code, "**BAD TYPE CODE**"); }
+const char *constant_kind_name(unsigned kind) {
+    return name_of(constant_kinds, kind, "**BAD CONSTANT REPR KIND**");
+}
+
 const char *enumerator_name(enum type_code value) { return type_code_name(value); }
 const char *enumerator_name(enum storage_class value) {
     return name_of(storage_classes, value, "**BAD STORAGE CLASS**");
 }
 const char *enumerator_name(expr_node_kind value) {
-    return name_of(expr_node_kinds, value, "**BAD EXPR NODE KIND**");
+    // The others do not stand for a value.
+    const bool is_named = value <= enk_generic_call || value == enk_data_implied_do_var;
+    return name_of(expr_node_kinds, is_named ? value : expr_node_kind_count, "**BAD EXPR NODE KIND**");
 }
 const char *enumerator_name(operation_kind value) { return name_of(operations, value, "**BAD OPERATION**"); }
 const char *enumerator_name(io_specifier value) { return name_of(io_specifiers, value, "**BAD SPECIFIER**"); }

@@ -1,4 +1,4 @@
-// The intrinsic subroutines, which stay calls.
+// The intrinsic subroutines, references to which stay calls.
 #include "expressions/predicates.h"
 #include "intrinsics/handler_helpers.h"
 
@@ -16,8 +16,14 @@ bool require_default_integers(expr_node *node, expr_node *first) {
     return true;
 }
 
+// The check of the context. The routine takes the intrinsic's name, which no form of a subroutine has from
+// the start, so that who reads the call knows what is called.
 bool check_subroutine_context(expr_node *node, std::uint32_t flags, object *routine) {
-    return check_operand_context(node, flags, routine) && refuse_if_restricted(node, flags);
+    if (!check_operand_context(node, flags, routine) || !refuse_if_restricted(node, flags)) {
+        return false;
+    }
+    node->routine->source_corresp.name = seed_symbols[handler_index(node->routine)]->name;
+    return true;
 }
 
 } // namespace

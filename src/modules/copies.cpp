@@ -59,7 +59,7 @@ const scope *scope_at(std::int32_t level) { return scope_stack[level].il_scope; 
 object *copy_object(const object *source) {
     object *o = new_object();
     *o = *source;
-    o->il_id = 0;
+    o->il_id = source->il_id & il_check_mark;
     o->symbol_link = nullptr;
     o->next = nullptr;
     return o;
@@ -151,7 +151,7 @@ void copy_components(const type *source, type *copy, std::int32_t level) {
 type *fresh_copy(const type *source) {
     type *copy = new_type(source->type_code);
     copy_type(source, copy);
-    copy->il_id = 0;
+    copy->il_id = source->il_id & il_check_mark;
     copy->symbol_link = nullptr;
     return copy;
 }
@@ -166,7 +166,7 @@ type *use_derived_type_of_module(type *source, type *existing, std::int32_t leve
     type *copy = existing ? existing : new_type(tk_derived_type);
     copies[key] = copy; // its components may lead back to it
     copy_type(source, copy);
-    copy->il_id = 0;
+    copy->il_id = source->il_id & il_check_mark;
     copy->symbol_link = nullptr;
     if (source->derived.module) {
         copy->derived.module = use_module_object(source->derived.module);
@@ -197,7 +197,7 @@ type *use_routine_type(const type *source, std::int32_t level) {
     for (const param_type *p = source->routine.param_type_list; p; p = p->next) {
         param_type *param = new_param_type();
         *param = *p;
-        param->il_id = 0;
+        param->il_id = p->il_id & il_check_mark;
         param->symbol_link = nullptr;
         param->next = nullptr;
         param->type = use_param_type(p->type, level);
@@ -303,7 +303,7 @@ expr_node *remapper::node(expr_node *source, expr_node *next) {
     }
     expr_node *result = il_new<expr_node>();
     *result = copy;
-    result->il_id = 0;
+    result->il_id = source->il_id & il_check_mark;
     return result;
 }
 
@@ -515,7 +515,10 @@ object *make_variable_copy(const object *source, std::int32_t level) {
 object *use_common(object *source) {
     const atom *name = source->source_corresp.name;
     if (object *known = find_common_storage(name)) {
-        known->type->size = std::max(known->type->size, source->type->size); // a block only grows
+        type *block = known->type; // it only grows
+        block->size = std::max(block->size, source->type->size);
+        block->alignment = std::max(block->alignment, source->type->alignment);
+        block->contains_ptrs |= source->type->contains_ptrs;
         return known;
     }
     object *copy = make_variable_copy(source, 0);
@@ -577,7 +580,7 @@ constant *use_constant_list(constant *head, constant *&last, std::int32_t level)
 constant *copy_constant(constant *source, std::int32_t level) {
     constant *copy = new_constant();
     *copy = *source;
-    copy->il_id = 0;
+    copy->il_id = source->il_id & il_check_mark;
     copy->next = nullptr;
     copy->type = use_type(source->type, nullptr, level);
     constant *last;
@@ -598,20 +601,23 @@ constant *use_constant(constant *source, std::int32_t level) {
 
 // ---- generic names and NAMELIST groups
 
-void extend_interface(interface *generic, const interface *source, std::int32_t level) {
+void add_member(interface *generic, object *routine, std::int32_t level) {
     interface *const open = scope_stack[level].current_interface;
+    scope_stack[level].current_interface = generic;
+    add_to_interface(routine, level);
+    scope_stack[level].current_interface = open;
+}
+
+void extend_interface(interface *generic, const interface *source, std::int32_t level) {
     for (const object_list_member *m = source->routine_prototype_list; m; m = m->next) {
-        object *routine = use_routine(m->object, level);
-        scope_stack[level].current_interface = generic;
-        add_to_interface(routine, level);
-        scope_stack[level].current_interface = open;
+        add_member(generic, use_routine(m->object, level), level);
     }
 }
 
 interface *use_interface(interface *source, std::int32_t level) {
     interface *copy = new_interface();
     *copy = *source;
-    copy->il_id = 0;
+    copy->il_id = source->il_id & il_check_mark;
     copy->symbol_link = nullptr;
     copy->next = nullptr;
     copy->inherited = nullptr;
@@ -630,7 +636,7 @@ expr_node *copy_of_members(expr_node *members, std::int32_t level) {
     for (const expr_node *m = members; m; m = m->next) {
         expr_node *copy = il_new<expr_node>();
         *copy = *m;
-        copy->il_id = 0;
+        copy->il_id = m->il_id & il_check_mark;
         copy->next = nullptr;
         if (m->node_kind == enk_object) {
             copy->object = use_variable(m->object, level);
@@ -659,7 +665,7 @@ bool same_members(const namelist_group *copy, const namelist_group *source, std:
 namelist_group *use_namelist(namelist_group *source, std::int32_t level) {
     namelist_group *copy = new_namelist_group();
     *copy = *source;
-    copy->il_id = 0;
+    copy->il_id = source->il_id & il_check_mark;
     copy->symbol_link = nullptr;
     copy->next = nullptr;
     copy->member_list = copy_of_members(source->member_list, level);

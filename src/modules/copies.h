@@ -24,6 +24,9 @@ namelist_group *use_namelist(namelist_group *source, std::int32_t level);
 // A new generic in the scope, with copies of the specific procedures.
 interface *use_interface(interface *source, std::int32_t level);
 
+// Adds a procedure to a generic, once.
+void add_member(interface *generic, object *routine, std::int32_t level);
+
 // Adds copies of the specific procedures of one generic to another, each once.
 void extend_interface(interface *generic, const interface *source, std::int32_t level);
 

@@ -239,6 +239,10 @@ void check_array(const type &t) {
 
 bool is_module(const object *o) { return o && o->storage_class == sc_module && o->source_corresp.name; }
 
+bool is_component(const object *o, const type *t) {
+    return o->storage_class == sc_type_field && o->assoc.derived_type == t;
+}
+
 void check_type_entry(type &t) {
     constexpr unsigned largest_alignment = 8;
     require(t.alignment > 0 && t.alignment <= largest_alignment && (t.alignment & (t.alignment - 1)) == 0);
@@ -255,6 +259,7 @@ void check_type_entry(type &t) {
     case tk_farray: check_array(t); break;
     case tk_derived_type:
         require(t.source_corresp.name && (!t.derived.module || is_module(t.derived.module)));
+        require(!t.derived.first_field || is_component(t.derived.first_field, &t));
         break;
     default: break;
     }
@@ -301,7 +306,10 @@ void check_object_entry(const object &o) {
     case sc_associated: require(is_data(o.type) && is_storage(o.assoc.variable)); break;
     case sc_use_associated: require((is_data(o.type) || is_storage(&o)) && is_module(o.assoc.module)); break;
     case sc_implied_do_var: require(is_data(o.type)); break;
-    case sc_type_field: require(named && is_data(o.type) && o.assoc.derived_type); break;
+    case sc_type_field:
+        require(named && is_data(o.type) && o.assoc.derived_type);
+        require(!o.next || is_component(o.next, o.assoc.derived_type));
+        break;
     case sc_module: require(named && o.type->type_code == tk_module); break;
     case sc_internal: require(named && is_routine && o.assoc.routine); break;
     case sc_mod_proc: require(named && is_routine && is_module(o.assoc.module)); break;
@@ -440,7 +448,7 @@ std::size_t operands_of(operation_kind op) {
 }
 
 void check_expr(const expr_node &e) {
-    require(e.type != nullptr && !e.is_specifier);
+    require(e.type != nullptr);
     switch (e.node_kind) {
     case enk_operation:
         require(e.op_kind != eok_error && length_of(e.operands) >= operands_of(e.op_kind));
@@ -477,6 +485,7 @@ void check_procedure_symbol(const symbol *s, const object *o) {
     const bool named_external = s->kind == sk_subroutine || s->kind == sk_function;
     require(is_routine_class(o->storage_class) && is_function(o) == named_function);
     require((o->storage_class == sc_external) == named_external);
+    require(o->type->routine.has_param_info || o->storage_class == sc_external);
     require(o->storage_class != sc_internal || is_module(o->assoc.routine));
 }
 
@@ -543,21 +552,28 @@ void check_all_entries() {
     }
 }
 
-// Types that are made once in a compilation are compared by their address: those of the file go.
-void replace_intrinsic_types() {
+template <class T> void adopt(T &entry) {
+    entry.type = type_of_this_compilation(entry.type);
+    entry.il_id |= il_check_mark;
+}
+
+// The entries become those of this compilation. What is checked before a module is written needs no further
+// check. Types that are made once in a compilation are compared by their address: those of the file go.
+void adopt_entries() {
     for (expr_node &e : all<expr_node>(kind_expr_node)) {
-        e.type = type_of_this_compilation(e.type);
+        adopt(e);
     }
     for (constant &c : all<constant>(kind_constant)) {
-        c.type = type_of_this_compilation(c.type);
+        adopt(c);
     }
     for (param_type &p : all<param_type>(kind_param_type)) {
-        p.type = type_of_this_compilation(p.type);
+        adopt(p);
     }
     for (object &o : all<object>(kind_object)) {
-        o.type = type_of_this_compilation(o.type);
+        adopt(o);
     }
     for (type &t : all<type>(kind_type)) {
+        t.il_id |= il_check_mark;
         if (t.type_code == tk_farray) {
             t.array.element_type = type_of_this_compilation(t.array.element_type);
         } else if (t.type_code == tk_routine) {
@@ -578,7 +594,7 @@ void check_module_entries() {
     for (const symbol *s = curr_row().first_symbol; s; s = s->next_in_scope) {
         check_symbol(s);
     }
-    replace_intrinsic_types();
+    adopt_entries();
 }
 
 } // namespace zf90

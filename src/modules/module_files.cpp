@@ -134,15 +134,16 @@ void make_module_symbol(atom *name, symbol_kind kind, il_entry *payload) {
     if (!name || name->length == 0 || !payload) {
         reject_il_file();
     }
-    symbol *s = new_further_symbol(kind, {name, null_pos}, curr_scope_depth);
     if (kind >= sk_specific_function && kind <= sk_intrinsic_subroutine) {
         const symbol *seeded = find_kind(static_cast<atom *>(payload), kind);
         if (!seeded || !seeded->entity) {
             reject_il_file();
         }
+        symbol *s = new_further_symbol(kind, {name, null_pos}, curr_scope_depth);
         s->entity = seeded->entity;
         return;
     }
+    symbol *s = new_further_symbol(kind, {name, null_pos}, curr_scope_depth);
     auto *entry = static_cast<named_entry *>(payload);
     entry->symbol_link = s;
     s->decl_position = entry->source_corresp.decl_position;

@@ -26,24 +26,6 @@ const char *name_of(const used_module &m) { return m.name.atom->spelling; }
 
 // ---- a module's symbol gives its meaning to a local one
 
-// The generic of the same name further out, whose procedures this one adds to.
-interface *inherited_interface(const symbol *local) {
-    symbol *outer = local->next_same_name;
-    while (outer && (!(outer->flags & sf_visible) || outer->kind == sk_common_block)) {
-        outer = outer->next_same_name;
-    }
-    while (outer && outer->kind == sk_host_link) {
-        outer = entity_as<symbol>(outer);
-    }
-    if (!outer) {
-        return nullptr;
-    }
-    outer->flags |= sf_referenced;
-    const bool is_generic = outer->kind == sk_interface || outer->kind == sk_intrinsic_function ||
-                            outer->kind == sk_intrinsic_subroutine;
-    return is_generic ? entity_as<interface>(outer) : nullptr;
-}
-
 named_entry *copy_of_entity(const symbol *module_symbol, symbol *local, std::int32_t level) {
     switch (module_symbol->kind) {
     case sk_derived_type: {
@@ -114,6 +96,15 @@ bool is_open(const symbol *local) {
     return (local->kind == sk_undetermined && !is_quiet(local)) || local->kind == sk_host_candidate;
 }
 
+// An operator that could not be found has some procedure that nothing is known of: so nothing more is said
+// about its uses.
+void add_unknown_procedure(symbol *local, std::int32_t level) {
+    object *unknown = new_object();
+    tie_to_symbol(unknown, local);
+    unknown->type = new_routine_type(unknown, error_type());
+    add_member(entity_as<interface>(local), unknown, level);
+}
+
 void use_symbol(symbol *local, const name_locator &local_name, symbol *module_symbol, const used_module &m) {
     if (!module_symbol) {
         error_at(msg_cannot_find_symbol_in_module, local_name.position, name_of(m));
@@ -122,6 +113,8 @@ void use_symbol(symbol *local, const name_locator &local_name, symbol *module_sy
         }
         if (is_open(local)) {
             make_quiet(local);
+        } else if (local->kind == sk_interface) {
+            add_unknown_procedure(local, m.level);
         }
         return;
     }
@@ -130,8 +123,7 @@ void use_symbol(symbol *local, const name_locator &local_name, symbol *module_sy
         import_into(local, module_symbol, m);
     } else if (is_open(local)) {
         if (local->kind == sk_host_candidate) {
-            local->flags |= (local->aux2 & cf_referenced ? sf_referenced : 0u) |
-                            (local->aux2 & cf_used_as_bound ? sf_used_as_bound : 0u);
+            local->flags |= marks_from_within(local);
         }
         set_symbol_kind(local, module_symbol->kind);
         import_into(local, module_symbol, m);

@@ -29,6 +29,14 @@ print_function print_hook = print_to_dump_stream;
 
 void set_print_hook(print_function hook) { print_hook = hook ? hook : print_to_dump_stream; }
 
+void print_escaped(const char *text) {
+    for (const char *c = text; *c; ++c) {
+        print_hook(dump_html && *c == '<' ? "&lt;" : dump_html && *c == '>' ? "&gt;" : "%c", *c);
+    }
+}
+
+void print_bracketed(const char *text) { print_hook(dump_html ? "&lt;%s&gt;" : "<%s>", text); }
+
 // ---- constants
 
 const char *real_text(double value, unsigned digits) {
@@ -41,8 +49,6 @@ const char *real_text(double value, unsigned digits) {
 }
 
 namespace {
-
-void print_bracketed(const char *text) { print_hook(dump_html ? "&lt;%s&gt;" : "<%s>", text); }
 
 void print_kind_suffix(std::int32_t kind_number, bool is_default) {
     if (!is_default) {
@@ -106,15 +112,22 @@ const char *name_text(const named_entry *entry) {
     return entry && entry->source_corresp.name ? entry->source_corresp.name->spelling : "";
 }
 
-bool is_placed(const constant *c) {
-    return c->repr_kind == ck_init_position || c->repr_kind == ck_init_index ||
-           c->repr_kind == ck_init_repeat;
+bool is_place(const constant *c) { return c->repr_kind == ck_init_position || c->repr_kind == ck_init_index; }
+
+// Values of DATA statements say where they go or how often they stand; those of constructors do not.
+bool is_of_data(const constant *aggregate) {
+    for (const constant *e = aggregate->aggregate.first_constant; e; e = e->next) {
+        if (is_place(e) || e->repr_kind == ck_init_repeat) {
+            return true;
+        }
+    }
+    return false;
 }
 
 void print_aggregate(const constant *c) {
     const type *t = c->type;
     const char *closing = "/)";
-    if (c->aggregate.first_constant && is_placed(c->aggregate.first_constant)) {
+    if (is_of_data(c)) {
         print_bracketed("data");
         print_hook(" /");
         closing = "/";
@@ -126,7 +139,7 @@ void print_aggregate(const constant *c) {
     }
     for (const constant *e = c->aggregate.first_constant; e; e = e->next) {
         print_constant(e);
-        if (e->next && !is_placed(e)) {
+        if (e->next && !is_place(e)) {
             print_hook(", ");
         }
     }
@@ -216,23 +229,43 @@ void print_length(const type *t) {
     }
 }
 
+// The number of a kind as a program writes it; a dummy argument of an intrinsic may have any.
+template <class Row, std::size_t count> void print_kind(const Row (&rows)[count], const type *t) {
+    if (t->kind < count) {
+        print_hook("%u)", rows[t->kind].kind_number);
+    } else {
+        print_hook("*)");
+    }
+}
+
 void print_type_here(const type *t) {
     switch (t->type_code) {
-    case tk_integer: print_hook("integer(%u)", integer_kinds[t->kind].kind_number); break;
-    case tk_logical: print_hook("logical(%u)", logical_kinds[t->kind].kind_number); break;
+    case tk_integer:
+        print_hook("integer(");
+        print_kind(integer_kinds, t);
+        break;
+    case tk_logical:
+        print_hook("logical(");
+        print_kind(logical_kinds, t);
+        break;
     case tk_float:
         if (t->kind == double_precision_kind) {
             print_hook("double precision");
         } else {
-            print_hook("real(%u)", real_kinds[t->kind].kind_number);
+            print_hook("real(");
+            print_kind(real_kinds, t);
         }
         break;
-    case tk_complex: print_hook("complex(%u)", real_kinds[t->kind].kind_number); break;
+    case tk_complex:
+        print_hook("complex(");
+        print_kind(real_kinds, t);
+        break;
     case tk_routine: print_type(t->routine.return_type); break;
     case tk_fcharacter:
         print_hook("character(");
         print_length(t);
-        print_hook(", %u)", character_kinds[t->kind].kind_number);
+        print_hook(", ");
+        print_kind(character_kinds, t);
         break;
     case tk_farray:
         print_type(t->array.element_type);
@@ -354,18 +387,7 @@ bool drops_parentheses(operation_kind op) {
     return false;
 }
 
-void print_operator(operation_kind op) {
-    const char *const text = operator_text(op);
-    if (text[0] == '<' && text[1] == 'e') {
-        print_bracketed("error operator");
-    } else if (dump_html && std::strpbrk(text, "<>")) {
-        for (const char *c = text; *c; ++c) {
-            print_hook(*c == '<' ? "&lt;" : *c == '>' ? "&gt;" : "%c", *c);
-        }
-    } else {
-        print_hook("%s", text);
-    }
-}
+void print_operator(operation_kind op) { print_escaped(operator_text(op)); }
 
 void print_list(const char *opening, const expr_node *list, const char *closing) {
     print_hook("%s", opening);
@@ -424,7 +446,7 @@ void print_object_name(const object *o) {
     if (is_imported && o->assoc.module) {
         print_hook("%s_", name_text(o->assoc.module));
     }
-    print_hook("%s", name_text(o));
+    print_escaped(name_text(o));
 }
 
 void print_control(const do_loop *control) {
@@ -458,7 +480,7 @@ void print_here(const expr_node *e) {
     case enk_error: print_bracketed("error expression"); break;
     case enk_operation: print_operation(e); break;
     case enk_intrinsic:
-        print_hook("%s", intrinsic_spelling(e->intrinsic));
+        print_escaped(intrinsic_spelling(e->intrinsic));
         print_list("(", e->operands, ")");
         break;
     case enk_call:
@@ -466,7 +488,7 @@ void print_here(const expr_node *e) {
         print_list("(", e->operands, ")");
         break;
     case enk_generic_call:
-        print_hook("%s", name_text(e->generic));
+        print_escaped(name_text(e->generic));
         print_list("(", e->operands, ")");
         break;
     case enk_constant: print_constant(e->constant); break;
@@ -508,7 +530,7 @@ void print_here(const expr_node *e) {
     case enk_empty: print_bracketed("empty"); break;
     case enk_ref: print_expression(e->reference); break;
     case enk_param: print_hook("%s", name_text(e->parameter)); break;
-    case enk_interface_block: print_hook("%s", name_text(e->interface_block)); break;
+    case enk_interface_block: print_escaped(name_text(e->interface_block)); break;
     default: break;
     }
 }

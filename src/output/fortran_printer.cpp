@@ -26,17 +26,13 @@ const char *name_of(const named_entry *entry) {
 
 // ---- positions
 
-struct place {
-    const source_file *file;
-    std::uint32_t line;
-};
-
 bool holds(const source_file *f, std::uint32_t seq) {
     return f->first_seq_number <= seq && seq <= f->last_seq_number;
 }
 
-// The file and line of a sequence number, from the tree of the files that were read.
-place find_place(const il_header *header, std::uint32_t seq) {
+} // namespace
+
+source_place find_source_place(const il_header *header, std::uint32_t seq) {
     const source_file *f = header ? header->primary_source_file : nullptr;
     if (!f || seq == 0) {
         return {nullptr, 0};
@@ -57,8 +53,10 @@ place find_place(const il_header *header, std::uint32_t seq) {
     }
 }
 
+namespace {
+
 void print_line_comment(const statement *s) {
-    const place where = find_place(printed_header, s->source_pos.seq);
+    const source_place where = find_source_place(printed_header, s->source_pos.seq);
     if (!where.file || (where.file == last_file && where.line == last_line)) {
         return;
     }
@@ -69,6 +67,12 @@ void print_line_comment(const statement *s) {
     print_hook("\n");
     last_file = where.file;
     last_line = where.line;
+}
+
+// Labels are printed with what follows, blocks are their statements, and sizes are in the declarations.
+bool has_text(const statement *s) {
+    return s->kind != stmk_block && s->kind != stmk_label && s->kind != stmk_set_array_shape &&
+           s->kind != stmk_set_char_length;
 }
 
 // The beginning of a statement: its label, which is used up, and its first word.
@@ -252,7 +256,9 @@ void print_format(const label *l) {
     const constant *const c = l->format_constant;
     print_hook("%-5s %s", name_of(l), "format");
     if (!c || c->repr_kind != ck_value || c->type->type_code != tk_fcharacter) {
-        print_hook(dump_html ? " &lt;illegal format&gt;\n" : " <illegal format>\n");
+        print_hook(" ");
+        print_bracketed("illegal format");
+        print_hook("\n");
         return;
     }
     print_hook(" ");
@@ -290,7 +296,9 @@ void print_unit_head(const object *unit) {
             print_hook("!  unnamed  program");
         }
         break;
-    case sc_blockdata: print_hook("block data %s", name_of(unit)); break;
+    case sc_blockdata:
+        print_hook(unit->source_corresp.name ? "block data %s" : "block data", name_of(unit));
+        break;
     case sc_intrinsic: print_hook("intrinsic %s", name_of(unit)); break;
     case sc_module: print_hook("module %s", name_of(unit)); break;
     default:
@@ -380,7 +388,17 @@ void print_nested(const statement *s) {
     }
 }
 
-void print_end(const char *text) { print_hook("%s%s\n", margin, text); }
+void print_label_alone() {
+    if (label_field[0] != ' ') {
+        print_keyword("continue\n");
+    }
+}
+
+// What ends or divides a construct. A label that is left was that of a CONTINUE before it.
+void print_end(const char *text) {
+    print_label_alone();
+    print_hook("%s%s\n", margin, text);
+}
 
 void print_expressions(const char *opening, const expr_node *list, const char *closing) {
     print_hook("%s", opening);
@@ -574,7 +592,7 @@ void print_io(const statement *s, const char *word, const char *initializer_word
     if (s->io_descr) {
         print_unit_and_specifiers(s->io_descr);
     }
-    print_expressions(") ", s->expr, "\n");
+    print_expressions(s->expr ? ") " : ")", s->expr, "\n");
 }
 
 void print_write(const statement *s) {
@@ -610,6 +628,7 @@ void print_label(const statement *s) {
             print_hook("%s:\n", name);
         }
     } else {
+        print_label_alone();
         std::snprintf(label_field, sizeof label_field, "%-5s", name);
     }
 }
@@ -738,7 +757,7 @@ void print_statement_here(const statement *s, bool recursive) {
 
 void print_statement(il_header *header, const statement *s, bool recursive) {
     printed_header = header;
-    if (recursive && s->kind != stmk_block && s->kind != stmk_label) {
+    if (recursive && has_text(s)) {
         print_line_comment(s);
     }
     deep_call([&] {
@@ -754,6 +773,7 @@ void print_program_unit(object *unit) {
         clear_print_marks(s);
         print_declarations(s, unit);
         print_nested(s->assoc_block);
+        print_label_alone();
         bool contains = false;
         for (object *o = s->objects; o; o = o->next) {
             if (o->storage_class == sc_internal && o->variant.assoc_scope) {
@@ -765,8 +785,19 @@ void print_program_unit(object *unit) {
             }
         }
     }
-    print_hook("%send %s %s\n", margin, unit_word(unit), name_of(unit));
+    print_hook("%send %s", margin, unit_word(unit));
+    print_hook(unit->source_corresp.name ? " %s\n" : "\n", name_of(unit));
 }
+
+namespace {
+
+bool is_unit(const object *o) {
+    const enum storage_class c = o->storage_class;
+    return c >= sc_external && c <= sc_internal && c != sc_intrinsic && o->variant.assoc_scope &&
+           !o->is_fortran_entry;
+}
+
+} // namespace
 
 void regenerate_fortran(il_header *header) {
     set_print_hook(nullptr);
@@ -793,9 +824,7 @@ void regenerate_fortran(il_header *header) {
         }
     }
     for (object *o = global->objects; o; o = o->next) {
-        if (o->type && o->type->type_code == tk_routine && o->variant.assoc_scope &&
-            o->storage_class != sc_local && o->storage_class != sc_associated &&
-            o->storage_class != sc_common) {
+        if (is_unit(o)) {
             clear_print_marks(global);
             print_program_unit(o);
         }

@@ -15,6 +15,15 @@ extern print_function print_hook;
 // Installs a function; null installs the default, which prints to `dump_stream` (output/il_dump.h).
 void set_print_hook(print_function hook);
 
+// Where a line of the source stands: the file, or null, and the number of the line in it.
+struct source_place {
+    const source_file *file;
+    std::uint32_t line;
+};
+
+// Finds the place of a sequence number in the tree of the files that were read.
+source_place find_source_place(const il_header *header, std::uint32_t seq);
+
 // Prints a whole compilation.
 void regenerate_fortran(il_header *header);
 
@@ -27,6 +36,10 @@ void print_statement(il_header *header, const statement *s, bool recursive);
 void print_expression(const expr_node *e);
 void print_constant(const constant *c);
 void print_type(const type *t);
+
+// Text whose angle brackets are escaped if `dump_html` is set, and text in angle brackets.
+void print_escaped(const char *text);
+void print_bracketed(const char *text);
 
 // The operator of an operation: "+", ".and.", "reshape"; empty for a conversion.
 const char *operator_text(operation_kind op);

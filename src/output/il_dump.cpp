@@ -28,12 +28,10 @@ void print(const char *format, ...) {
     va_end(arguments);
 }
 
-void print_bracketed(const char *text) { print(dump_html ? "&lt;%s&gt;" : "<%s>", text); }
-
-void print_quoted(const char *text) {
+void print_quoted(const char *text, std::size_t length) {
     print("\"");
-    for (const char *c = text; c && *c; ++c) {
-        const auto byte = static_cast<unsigned char>(*c);
+    for (std::size_t i = 0; i < length; ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
         if (byte == '"' || byte == '\\') {
             print("\\%c", byte);
         } else if (dump_html && (byte == '<' || byte == '>')) {
@@ -43,6 +41,13 @@ void print_quoted(const char *text) {
         }
     }
     print("\"");
+}
+
+void print_quoted(const char *text) { print_quoted(text, text ? std::strlen(text) : 0); }
+
+void print_real(const type *t, const unsigned char *bytes) {
+    const auto &row = real_kinds[t->kind];
+    print("%s", real_text(row.read_value(bytes), row.byte_size == 4 ? 9 : 17));
 }
 
 // ---- names of entries
@@ -91,29 +96,51 @@ void print_label(const char *indent, const char *label) {
     }
 }
 
+// The fields that the file has earlier than their places in the record.
+bool is_late(entry_kind kind, const char *name) {
+    const auto is = [name](const char *other) { return std::strcmp(name, other) == 0; };
+    switch (kind) {
+    case kind_constant: return is("count");
+    case kind_type: return is("rank") || is("shape_kind");
+    case kind_object: return is("association_offset") || std::strncmp(name, "assoc.", 6) == 0;
+    case kind_alloc: return is("rank");
+    case kind_namelist_group: return is("original_name") || is("is_public");
+    default: return false;
+    }
+}
+
 struct field_printer {
     static constexpr bool reading = false;
+    entry_kind kind;
+    bool late = false; // which fields are printed
     const char *indent = "";
 
+    bool is_wanted(const char *name) const { return is_late(kind, name) == late; }
+
     void begin_group(const char *name) {
-        print("%s:\n", name);
-        indent = "  ";
+        if (is_wanted(name)) {
+            print("%s:\n", name);
+            indent = "  ";
+        }
     }
     void end_group() { indent = ""; }
 
     template <class T> void reference(const char *name, T *&entry) {
-        print_label(indent, name);
-        print_reference(entry, kind_of<T>);
+        if (is_wanted(name)) {
+            print_label(indent, name);
+            print_reference(entry, kind_of<T>);
+        }
     }
 
-    void print_reference(const il_entry *entry, entry_kind kind) {
-        if (kind == kind_atom) {
+    void print_reference(const il_entry *entry, entry_kind target) {
+        if (target == kind_atom) {
             print_atom(static_cast<const atom *>(entry));
             return;
         }
-        print_link(entry, kind);
-        if (const char *spelling = spelling_of(entry, kind)) {
-            print(": %s", spelling);
+        print_link(entry, target);
+        if (const char *spelling = spelling_of(entry, target)) {
+            print(": ");
+            print_escaped(spelling);
         }
         print("\n");
     }
@@ -128,12 +155,18 @@ struct field_printer {
     }
 
     void bounds(const char *name, bound_info_entry *&entry, unsigned) {
+        if (!is_wanted(name)) {
+            return;
+        }
         print_label(indent, std::strcmp(name, "bound") == 0 ? "bound.info" : name);
         print_link(entry, kind_bound_info_entry);
         print("\n");
     }
 
     template <class I> void integer(const char *name, I &value) {
+        if (!is_wanted(name)) {
+            return;
+        }
         print_label(indent, name);
         if (std::strcmp(name, "kind") == 0) {
             print_kind(static_cast<std::uint32_t>(value));
@@ -147,15 +180,18 @@ struct field_printer {
         }
     }
 
-    void print_kind(std::uint32_t kind) {
-        if (kind == ANY_KIND) {
+    void print_kind(std::uint32_t value) {
+        if (value == ANY_KIND) {
             print("ANY_KIND\n");
         } else {
-            print("%u\n", kind);
+            print("%u\n", value);
         }
     }
 
     template <class E> void enumeration(const char *name, E &value, unsigned) {
+        if (!is_wanted(name)) {
+            return;
+        }
         print_label(indent, name);
         if constexpr (std::is_same_v<E, enum unit_kind>) {
             if (value == iou_error) {
@@ -172,6 +208,9 @@ struct field_printer {
     }
 
     void position(const char *name, source_pos &p) {
+        if (!is_wanted(name)) {
+            return;
+        }
         std::string label(name);
         print_label(indent, (label + ".seq").c_str());
         print("%lu\n", static_cast<unsigned long>(p.seq));
@@ -181,13 +220,16 @@ struct field_printer {
 
     void flag_run() {}
     void flag(const char *name, bool &value) {
-        if (*name) {
+        if (*name && is_wanted(name)) {
             print_label(indent, name);
             print(value ? "TRUE\n" : "FALSE\n");
         }
     }
 
     void string(const char *name, const char *&text) {
+        if (!is_wanted(name)) {
+            return;
+        }
         print_label(indent, name);
         print_quoted(text);
         print("\n");
@@ -195,8 +237,10 @@ struct field_printer {
 
     void constant_value(constant &c);
     void bound_value(const char *name, bound &b) {
-        print_label(indent, name);
-        print_bound(b);
+        if (is_wanted(name)) {
+            print_label(indent, name);
+            print_bound(b);
+        }
     }
 
     void print_bound(const bound &b) {
@@ -215,36 +259,41 @@ struct field_printer {
     }
 };
 
-void field_printer::constant_value(constant &c) {
-    const unsigned char *const bytes = c.value.bytes;
-    const type *const t = c.type;
+// The value of a constant with its bytes.
+void print_value(const type *t, const unsigned char *bytes) {
     switch (t->type_code) {
-    case tk_integer:
-        print_label(indent, "integer_value");
-        print("%ld\n", static_cast<long>(integer_kinds[t->kind].read_value(bytes)));
-        break;
-    case tk_logical:
-        print_label(indent, "logical_value");
-        print(logical_kinds[t->kind].read_value(bytes) != 0 ? ".TRUE.\n" : ".FALSE.\n");
-        break;
-    case tk_float:
-        print_label(indent, "float_value");
-        print_constant(&c);
-        print("\n");
-        break;
+    case tk_integer: print("%ld", static_cast<long>(integer_kinds[t->kind].read_value(bytes))); break;
+    case tk_logical: print(logical_kinds[t->kind].read_value(bytes) != 0 ? ".TRUE." : ".FALSE."); break;
+    case tk_float: print_real(t, bytes); break;
     case tk_complex:
-        print_label(indent, "complex_value");
-        print_constant(&c);
-        print("\n");
+        print("(");
+        print_real(t, bytes);
+        print(", ");
+        print_real(t, bytes + real_kinds[t->kind].byte_size);
+        print(")");
         break;
-    case tk_fcharacter:
-        print_label(indent, "character_value");
-        print_constant(&c);
-        print("\n");
-        break;
-    case tk_unknown: print("unknown type constant\n"); break;
-    default: print("**BAD CONSTANT TYPE**\n"); break;
+    default:
+        print_quoted(reinterpret_cast<const char *>(bytes), static_cast<std::size_t>(constant_length(t)));
     }
+}
+
+void field_printer::constant_value(constant &c) {
+    const char *label = nullptr;
+    if (late) {
+        return;
+    }
+    switch (c.type ? c.type->type_code : tk_unknown) {
+    case tk_integer: label = "integer_value"; break;
+    case tk_logical: label = "logical_value"; break;
+    case tk_float: label = "float_value"; break;
+    case tk_complex: label = "complex_value"; break;
+    case tk_fcharacter: label = "character_value"; break;
+    case tk_unknown: print("unknown type constant\n"); return;
+    default: print("**BAD CONSTANT TYPE**\n"); return;
+    }
+    print_label(indent, label);
+    print_value(c.type, c.value.bytes);
+    print("\n");
 }
 
 // ---- descriptions on the title line
@@ -312,16 +361,31 @@ void describe_type(const type *t) {
     }
 }
 
+bool has_printed_value(const constant &c) {
+    if ((c.repr_kind != ck_value && c.repr_kind != ck_expression) || !c.type) {
+        return false;
+    }
+    const type_code code = c.type->type_code;
+    return code == tk_integer || code == tk_logical || code == tk_float || code == tk_complex ||
+           code == tk_fcharacter;
+}
+
+void describe_constant(const constant &c) {
+    print(": ");
+    if (has_printed_value(c)) {
+        print_value(c.type, c.value.bytes);
+    } else {
+        print_constant(&c);
+    }
+}
+
 void dump_description(il_entry *entry, entry_kind kind) {
     switch (kind) {
     case kind_source_file:
         print(": ");
         print_quoted(static_cast<source_file *>(entry)->file_name);
         break;
-    case kind_constant:
-        print(": ");
-        print_constant(static_cast<constant *>(entry));
-        break;
+    case kind_constant: describe_constant(*static_cast<constant *>(entry)); break;
     case kind_type: describe_type(static_cast<type *>(entry)); break;
     case kind_expr_node:
         print(": ");
@@ -376,6 +440,43 @@ void dump_statement(statement &s, field_printer &p) {
     describe_fields(*s.do_loop, p);
 }
 
+void dump_symbol(symbol &z, field_printer &p) {
+    p.reference("name", z.name);
+    p.enumeration("kind", z.kind, symbol_kind_count);
+    if (p.late) {
+        return;
+    }
+    print_label("", "entity");
+    switch (z.kind) {
+    case sk_derived_type: p.print_reference(z.entity, kind_type); break;
+    case sk_specific_function:
+    case sk_specific_subroutine:
+    case sk_intrinsic_function:
+    case sk_intrinsic_subroutine: p.print_atom(entity_as<named_entry>(&z)->symbol_link->name); break;
+    case sk_interface: p.print_reference(z.entity, kind_interface); break;
+    case sk_namelist: p.print_reference(z.entity, kind_namelist_group); break;
+    default: p.print_reference(z.entity, kind_object); break;
+    }
+}
+
+template <class T> void dump_record(T &entry, field_printer &p) { describe_fields(entry, p); }
+template <> void dump_record(statement &entry, field_printer &p) { dump_statement(entry, p); }
+
+// Those fields whose turn it is.
+void dump_fields(il_entry *entry, entry_kind kind, std::uint32_t size, field_printer &p) {
+    switch (kind) {
+    case kind_bound_info_entry:
+        dump_bounds(*static_cast<bound_info_entry *>(entry), bound_info_rank(size), p);
+        break;
+    case kind_symbol: dump_symbol(*static_cast<symbol *>(entry), p); break;
+#define DUMP_FIELDS(name) \
+    case kind_##name: dump_record(*static_cast<struct name *>(entry), p); break;
+        ZF90_DESCRIBED_RECORDS(DUMP_FIELDS)
+#undef DUMP_FIELDS
+    default: break;
+    }
+}
+
 void leave_entry(il_entry *, entry_kind, std::uint32_t) {}
 
 } // namespace
@@ -389,21 +490,13 @@ void dump_entry(il_entry *entry, entry_kind kind, std::uint32_t size) {
         dump_description(entry, kind);
     }
     print("\n");
-    field_printer p;
-    if (kind == kind_statement) {
-        dump_statement(*static_cast<statement *>(entry), p);
+    if (!entry) {
         return;
     }
-    switch (kind) {
-    case kind_bound_info_entry:
-        dump_bounds(*static_cast<bound_info_entry *>(entry), bound_info_rank(size), p);
-        break;
-#define DUMP_FIELDS(name) \
-    case kind_##name: describe_fields(*static_cast<struct name *>(entry), p); break;
-        ZF90_DESCRIBED_RECORDS(DUMP_FIELDS)
-#undef DUMP_FIELDS
-    default: break;
-    }
+    field_printer p{kind};
+    dump_fields(entry, kind, size, p);
+    p.late = true;
+    dump_fields(entry, kind, size, p);
 }
 
 void dump_il(il_header *header) {

@@ -8,7 +8,6 @@
 #include "output/il_writer.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <string_view>
 #include <type_traits>
@@ -21,6 +20,8 @@ intern_atom_callback intern_atom_fn;
 symbol_callback symbol_fn;
 std::array<std::uint64_t, entry_kind_count> entry_counts;
 std::array<void *, entry_kind_count> entry_arrays;
+std::string_view il_text;
+std::size_t il_text_place;
 
 void reject_il_file() { catastrophe(msg_invalid_intermediate_language_file); }
 
@@ -28,8 +29,6 @@ namespace {
 
 // ---- the text
 
-std::string_view input_text;
-std::size_t input_place;
 char field_separator;
 
 std::array<std::uint64_t, entry_kind_count> tallies;
@@ -40,22 +39,25 @@ std::uint64_t value_fill;
 struct bounds_use {
     const bound_info_entry *entry;
     unsigned rank;
+    std::size_t place;
 };
 struct value_use {
     const constant *value;
     std::uint64_t length;
+    std::size_t place;
 };
 std::vector<bounds_use> bounds_in_use;
 std::vector<value_use> values_in_use;
 
-std::array<std::vector<bool>, entry_kind_count> records_seen;
+// Where the record of each entry begins; 0 while it has not been read.
+std::array<std::vector<std::size_t>, entry_kind_count> record_places;
 std::vector<std::uint8_t> ranks; // of the bounds at each place
 
 char get_char() {
-    if (input_place == input_text.size()) {
+    if (il_text_place == il_text.size()) {
         reject_il_file();
     }
-    return input_text[input_place++];
+    return il_text[il_text_place++];
 }
 
 void require_char(char wanted) {
@@ -70,8 +72,8 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 // A number, with white space and a sign before it.
 std::int64_t read_number() {
     constexpr std::int64_t limit = std::int64_t{1} << 40; // beyond what any number of a file can be
-    while (input_place < input_text.size() && is_space(input_text[input_place])) {
-        ++input_place;
+    while (il_text_place < il_text.size() && is_space(il_text[il_text_place])) {
+        ++il_text_place;
     }
     char c = get_char();
     const bool negative = c == '-';
@@ -84,7 +86,7 @@ std::int64_t read_number() {
             reject_il_file();
         }
         value = 10 * value + (c - '0');
-        if (input_place == input_text.size() || !is_digit(input_text[input_place])) {
+        if (il_text_place == il_text.size() || !is_digit(il_text[il_text_place])) {
             return negative ? -value : value;
         }
     }
@@ -149,9 +151,7 @@ std::uint64_t element_count(unsigned kind) {
     return kind == kind_bound_info_entry ? entry_counts[kind] / bounds_granule : entry_counts[kind];
 }
 
-void *zeroed_memory(std::size_t bytes) {
-    return bytes > 0 ? std::memset(sys_alloc(bytes), 0, bytes) : nullptr;
-}
+void *zeroed_memory(std::size_t bytes) { return bytes > 0 ? il_alloc(region_size(bytes)) : nullptr; }
 
 // A record takes some bytes of the file, and so do texts, values and bounds: counts that the file has no room
 // for would only waste memory.
@@ -162,7 +162,7 @@ void check_counts() {
     for (unsigned kind = kind_il_header; kind <= kind_symbol; ++kind) {
         records += kind == kind_bound_info_entry ? 0 : entry_counts[kind];
     }
-    const std::uint64_t size = input_text.size();
+    const std::uint64_t size = il_text.size();
     if (records > size / shortest_record || entry_counts[kind_string_area] > size ||
         entry_counts[kind_value_area] > size ||
         entry_counts[kind_bound_info_entry] > size * bounds_bytes_of_character) {
@@ -184,7 +184,7 @@ void read_count_line() {
     check_counts();
     for (unsigned kind = 0; kind < entry_kind_count; ++kind) {
         entry_arrays[kind] = zeroed_memory(element_count(kind) * element_size(kind));
-        records_seen[kind].assign(kind <= kind_symbol ? element_count(kind) : 0, false);
+        record_places[kind].assign(kind <= kind_symbol ? element_count(kind) : 0, 0);
     }
     ranks.assign(element_count(kind_bound_info_entry), 0);
     tallies = {};
@@ -264,18 +264,18 @@ const char *read_string() {
     }
     const std::uint64_t room = entry_counts[kind_string_area] - string_fill;
     if (length < 0 || static_cast<std::uint64_t>(length) >= room ||
-        static_cast<std::uint64_t>(length) > input_text.size() - input_place) {
+        static_cast<std::uint64_t>(length) > il_text.size() - il_text_place) {
         reject_il_file();
     }
     const auto size = static_cast<std::size_t>(length);
-    const std::string_view text = input_text.substr(input_place, size);
+    const std::string_view text = il_text.substr(il_text_place, size);
     if (text.find('\0') != std::string_view::npos) {
         reject_il_file();
     }
     char *copy = static_cast<char *>(entry_arrays[kind_string_area]) + string_fill;
     text.copy(copy, size); // the NUL is there
     string_fill += size + 1;
-    input_place += size;
+    il_text_place += size;
     return copy;
 }
 
@@ -306,7 +306,7 @@ struct field_reader {
     void bounds(const char *, bound_info_entry *&entry, unsigned rank) {
         entry = static_cast<bound_info_entry *>(read_reference(kind_bound_info_entry));
         if (entry) {
-            bounds_in_use.push_back({entry, rank});
+            bounds_in_use.push_back({entry, rank, il_text_place});
         }
     }
 
@@ -346,7 +346,7 @@ struct field_reader {
             const unsigned high = read_hex_digit();
             c.value.bytes[i] = static_cast<unsigned char>(16 * high + read_hex_digit());
         }
-        values_in_use.push_back({&c, length});
+        values_in_use.push_back({&c, length, il_text_place});
     }
 
     void bound_value(const char *, bound &b) {
@@ -365,8 +365,8 @@ std::uint64_t read_bounds(bound_info_entry &b, std::uint64_t place, field_reader
     constexpr unsigned most_dimensions = 7;
     std::uint32_t size = 0;
     r.integer("size", size);
-    const unsigned rank = size < bound_info_size(1) ? 0 : bound_info_rank(size);
-    if (rank == 0 || rank > most_dimensions || size != bound_info_size(rank)) {
+    const unsigned rank = size < bound_info_size(0) ? most_dimensions + 1 : bound_info_rank(size);
+    if (rank > most_dimensions || size != bound_info_size(rank)) {
         reject_il_file();
     }
     ranks[place] = static_cast<std::uint8_t>(rank);
@@ -450,6 +450,7 @@ std::uint64_t read_fields(item i, std::uint64_t place) {
 
 // One record. False at the one that ends the file.
 bool read_record() {
+    const std::size_t begin = il_text_place;
     const item i = read_item();
     if (i.kind == kind_end) {
         require_char('\n');
@@ -457,10 +458,10 @@ bool read_record() {
         return false;
     }
     const std::uint64_t place = place_of(i);
-    if (i.kind > kind_symbol || records_seen[i.kind][place]) {
+    if (i.kind > kind_symbol || record_places[i.kind][place] != 0) {
         reject_il_file(); // a second record of an entry leaves another one empty
     }
-    records_seen[i.kind][place] = true;
+    record_places[i.kind][place] = begin;
     tallies[i.kind] += read_fields(i, place);
     require_char('\n');
     return true;
@@ -482,11 +483,14 @@ void read_banner() {
 void check_sizes() {
     const auto *first_bounds = entries_of<bound_info_entry>(kind_bound_info_entry);
     for (const bounds_use &use : bounds_in_use) {
-        if (ranks[static_cast<std::size_t>(use.entry - first_bounds)] != use.rank) {
+        il_text_place = use.place;
+        const auto place = static_cast<std::size_t>(use.entry - first_bounds);
+        if (record_places[kind_bound_info_entry][place] == 0 || ranks[place] != use.rank) {
             reject_il_file();
         }
     }
     for (const value_use &use : values_in_use) {
+        il_text_place = use.place;
         if (!use.value->type || use.value->type->size != use.length) {
             reject_il_file();
         }
@@ -504,11 +508,26 @@ void read_whole_file() {
             capacity *= 2;
         }
     }
-    input_text = {text, size};
-    input_place = 0;
+    drop_il_text();
+    il_text = {text, size};
+    il_text_place = 0;
 }
 
 } // namespace
+
+void drop_il_text() {
+    std::free(const_cast<char *>(il_text.data()));
+    il_text = {};
+}
+
+std::size_t record_place(const il_entry *entry, entry_kind kind) {
+    if (kind == kind_atom || kind == kind_symbol) { // made by the callbacks, elsewhere
+        return record_places[kind][entry->il_id & il_number_mask];
+    }
+    const auto offset =
+        reinterpret_cast<std::uintptr_t>(entry) - reinterpret_cast<std::uintptr_t>(entry_arrays[kind]);
+    return record_places[kind][offset / element_size(kind)];
+}
 
 il_header *read_il_file(std::FILE *input, intern_atom_callback intern, symbol_callback make_symbol) {
     il_input = input;
@@ -521,11 +540,15 @@ il_header *read_il_file(std::FILE *input, intern_atom_callback intern, symbol_ca
     }
     tallies[kind_string_area] = string_fill;
     tallies[kind_value_area] = value_fill;
-    if (tallies != entry_counts || entry_counts[kind_il_header] == 0 || input_place != input_text.size()) {
+    if (il_text_place != il_text.size()) {
+        ++il_text_place;
+        reject_il_file();
+    }
+    if (tallies != entry_counts || entry_counts[kind_il_header] == 0) {
+        il_text_place = il_text.find('\n') + 2; // the count line
         reject_il_file();
     }
     check_sizes();
-    std::free(const_cast<char *>(input_text.data()));
     return entries_of<il_header>(kind_il_header);
 }
 

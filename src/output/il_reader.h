@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdio>
+#include <string_view>
 
 namespace zf90 {
 
@@ -31,6 +32,17 @@ il_header *read_il_file(std::FILE *input, intern_atom_callback intern, symbol_ca
 
 // Error 78.
 [[noreturn]] void reject_il_file();
+
+// The text of the file that was read last, and how much of it has been read: of a file that is rejected, the
+// last of these characters is the one at fault.
+extern std::string_view il_text;
+extern std::size_t il_text_place;
+
+// Where the record of an entry begins in the text. The entry is one of those of the last file.
+std::size_t record_place(const il_entry *entry, entry_kind kind);
+
+// Frees the text.
+void drop_il_text();
 
 // The entries of a kind, by number; of the bounds, one for each 8 bytes of their numbers, of which some are
 // empty.

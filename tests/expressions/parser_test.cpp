@@ -661,10 +661,10 @@ TEST_F(ListTest, DataHasVariablesOfItsOwn) {
 TEST_F(ListTest, VariableThatIsActive) {
     const error_code active = msg_variable_is_same_as_do_variable_of_enclosing;
     EXPECT_EQ(list("((b(i,i), i=1,3), i=1,4)", false),
-              "do(do(B(I, I); I=1,3); I=1,4); " + quoted(11, active));
+              "do(do(B(I, I); error=1,3); I=1,4); " + quoted(11, active));
     symbol *k = variable("K", default_integer());
     k->var_flags |= vf_do_variable;
-    EXPECT_EQ(list("(b(k), k=1,3)", false), "do(B(K); K=1,3); " + quoted(8, active));
+    EXPECT_EQ(list("(b(k), k=1,3)", false), "do(B(K); error=1,3); " + quoted(8, active));
     push_construct(cons_routine, new_statement(stmk_block));
     statement *loop = new_statement(stmk_ido);
     loop->do_loop = new_do_loop();
@@ -672,7 +672,7 @@ TEST_F(ListTest, VariableThatIsActive) {
     start("j");
     parse_expression(loop->do_loop->variable);
     EXPECT_EQ(list("(b(j), j=1,3), (b(i), i=1,3)", false),
-              "do(B(J); J=1,3), do(B(I); I=1,3); " + quoted(8, active));
+              "do(B(J); error=1,3), do(B(I); I=1,3); " + quoted(8, active));
     EXPECT_TRUE(good) << "the lists are well formed";
 }
 
