@@ -38,6 +38,11 @@ fold_outcome too_large(expr_node *node, bool must_fold);
 inline constexpr std::uint32_t largest_element_count = 1u << 22;
 inline constexpr std::uint32_t largest_count_without_need = 1u << 20; // where it need not fold
 
+// All attempts without need together make no more than these, but for short arrays: many statements with
+// parts of one large constant would take memory out of all proportion to their text.
+inline constexpr std::uint32_t largest_total_without_need = 1u << 22;
+inline constexpr std::uint32_t short_array_count = 64;
+
 // Texts and other areas of bytes beyond this size are not worked out.
 inline constexpr std::int64_t largest_folded_size = std::int64_t{1} << 24;
 

@@ -453,12 +453,38 @@ fold_outcome select_indices(expr_node *subscript, bool must_fold, dimension_sele
     return outcome;
 }
 
+// The elements of the array that a section is taken of. The list of a named constant stays, and is not walked
+// for each of its sections.
+struct element_source {
+    const constant *lasting_list;           // null: the elements are in
+    std::vector<const constant *> elements; // this order
+};
+
+element_source source_of_elements(const expr_node *array, const fold_value &value) {
+    if (array->node_kind == enk_object || array->node_kind == enk_constant) {
+        return {value.first_constant, {}};
+    }
+    return {nullptr, element_vector(value)};
+}
+
+// Null behind the last one.
+const constant *element_at(const element_source &source, std::int64_t index) {
+    if (source.lasting_list) {
+        return nth_element(source.lasting_list, index);
+    }
+    const auto place = static_cast<std::size_t>(index);
+    return place < source.elements.size() ? source.elements[place] : nullptr;
+}
+
+bool has_count(const element_source &source, std::int64_t count) {
+    return !element_at(source, count) && (count == 0 || element_at(source, count - 1));
+}
+
 // Appends the selected elements of the first `rank` dimensions, of which the first element is at `from`.
-bool append_selected(const std::vector<const constant *> &elements,
-                     const std::vector<dimension_selection> &dimensions, std::size_t rank, std::int64_t from,
-                     fold_value &result) {
+bool append_selected(const element_source &elements, const std::vector<dimension_selection> &dimensions,
+                     std::size_t rank, std::int64_t from, fold_value &result) {
     if (rank == 0) {
-        return append_copy(result, elements[static_cast<std::size_t>(from)]);
+        return append_copy(result, element_at(elements, from));
     }
     const dimension_selection &d = dimensions[rank - 1];
     std::int64_t stride = 1;
@@ -501,8 +527,8 @@ fold_outcome fold_section(expr_node *node, fold_value &value, bool must_fold) {
         dimensions.push_back({lower.value, upper.value, false, {}});
         total = std::min(total * dimensions.back().extent(), std::int64_t{1} << 31);
     }
-    const std::vector<const constant *> elements = element_vector(array);
-    if (subscripts.size() != rank || total != static_cast<std::int64_t>(elements.size())) {
+    const element_source elements = source_of_elements(node->array_expr, array);
+    if (subscripts.size() != rank || !has_count(elements, total)) {
         return fold_outcome::never;
     }
     value = new_aggregate(node);

@@ -22,6 +22,8 @@ namespace {
 std::uint32_t effort;       // elements and rounds of the current attempt
 std::uint32_t effort_limit; // of it
 
+std::uint32_t total_without_need; // the effort of all attempts that need not fold
+
 unsigned running_loops; // implied DOs whose variable has a value
 
 bool spend() { return ++effort <= effort_limit; }
@@ -600,13 +602,25 @@ fold_outcome fold_integer(expr_node *node, std::int32_t &value, bool must_fold) 
     return outcome;
 }
 
+namespace {
+
+std::uint32_t limit_without_need() {
+    return std::clamp(largest_total_without_need - total_without_need, short_array_count,
+                      largest_count_without_need);
+}
+
+} // namespace
+
 bool fold_expression(expr_node *node, fold_value &value, bool must_fold) {
     // The values of named constants are worked out in the middle of other attempts.
     const std::uint32_t outer_effort = effort;
     const std::uint32_t outer_limit = effort_limit;
     effort = 0;
-    effort_limit = must_fold ? largest_element_count : largest_count_without_need;
+    effort_limit = must_fold ? largest_element_count : limit_without_need();
     const fold_outcome outcome = fold_node(node, value, must_fold);
+    if (!must_fold) {
+        total_without_need += std::min(effort, largest_total_without_need - total_without_need);
+    }
     effort = outer_effort;
     effort_limit = outer_limit;
     return outcome != fold_outcome::failed;
@@ -685,6 +699,9 @@ bool check_initializer(constant *value) {
     }
 }
 
-void folding_init() { forget_element_tables(); }
+void folding_init() {
+    forget_element_tables();
+    total_without_need = 0;
+}
 
 } // namespace zf90

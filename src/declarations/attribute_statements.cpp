@@ -190,6 +190,9 @@ symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_sh
         has_shape = false;
     }
     const bool good = check_attributes(s, set, name.position);
+    if (!good && is_array(entity_type) && !keeps_shape(set, entity_type)) {
+        has_shape = false;
+    }
     s = apply_attributes(s, set, name);
     if (!has_shape) {
         make_type_unknowable(s);

@@ -301,6 +301,10 @@ attribute shape_attribute(enum shape_kind kind) {
     }
 }
 
+bool keeps_shape(const attribute_set &set, const type *array) {
+    return array->array.shape_kind == explicit_shape && set[attr_explicit_shape];
+}
+
 bool check_attributes(symbol *s, attribute_set &set, source_pos position) {
     attribute_check c{s, position, set};
     if (s) {

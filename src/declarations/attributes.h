@@ -30,6 +30,10 @@ extern const std::array<const char *, attribute_count> attr_names;
 // requires is asked for only when the specification part is over. A null symbol is a name not yet declared.
 bool check_attributes(symbol *s, attribute_set &set, source_pos position);
 
+// Whether a name keeps its shape after a check that failed: not if that has been taken out, or if it wants
+// more of the name than it may have.
+bool keeps_shape(const attribute_set &set, const type *array);
+
 // The attribute of an array's shape.
 attribute shape_attribute(enum shape_kind kind);
 

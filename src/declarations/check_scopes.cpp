@@ -317,6 +317,24 @@ bool check_declared_variable(object *o) {
     return good;
 }
 
+// The same for the components of a type that is defined here. Their statements have told of what excludes
+// each other; what one attribute requires is asked for now.
+bool check_components(const type *t) {
+    bool good = true;
+    for (const object *c = t->type_code == tk_derived_type ? t->derived.first_field : nullptr; c;
+         c = c->next) {
+        symbol *s = c->symbol_link;
+        if (s && s->entity == c && c->type->type_code != tk_error) {
+            const type *element = element_type_of(c->type);
+            attribute_set set{};
+            set[attr_automatic] =
+                element->type_code == tk_fcharacter && element->character.length.kind == bound_expression;
+            good &= check_attributes(s, set, c->source_corresp.decl_position);
+        }
+    }
+    return good;
+}
+
 // Whether a procedure that other units may call takes what they may not have.
 bool shows_private_type(const object *o) {
     return o->storage_class == sc_internal && o->is_public && depends_on_private_type(o);
@@ -417,6 +435,9 @@ bool check_declarations_within(scope *s) {
     bool good = true;
     for (type *t = s->types; t; t = t->next) {
         good &= check_type(t, routine);
+        if (!t->derived.module || t->derived.module == routine) {
+            good &= check_components(t);
+        }
         if (t->derived.module == routine) { // what a module gives has been checked there
             good &= check_component_access(t);
         }

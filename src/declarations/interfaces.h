@@ -17,8 +17,8 @@ symbol *read_generic_spec(name_locator &name, std::int32_t depth);
 // 92 if it cannot be: the atom is null then, and the symbol on no list.
 symbol *declare_interface(symbol *s, name_locator &name);
 
-// The generic meaning that a name, operator or the assignment has outside of the scope of its new symbol: what
-// is declared adds to it. Null if there is none.
+// The generic meaning that a name, operator or the assignment has outside of the scope of its new symbol:
+// what is declared adds to it. Null if there is none.
 interface *inherited_interface(const symbol *s);
 
 // Adds a procedure to the INTERFACE block that is open in the row of that depth, unless it is a member

@@ -312,7 +312,23 @@ error_code check_repeated_dummy(const dummy_list &list, const symbol *s) {
                : no_error;
 }
 
+// Whether a statement ahead of the ENTRY has taken the name for something of its own.
+bool is_used_before(const dummy_list &list, const symbol *s) {
+    return list.entry && (s->flags & sf_used_in_body) != 0;
+}
+
 error_code check_dummy(const dummy_list &list, symbol *s, const name_locator &name) {
+    switch (s->kind) {
+    case sk_undetermined:
+    case sk_data_name:
+    case sk_external_pending:
+    case sk_host_candidate:
+        if (is_used_before(list, s)) {
+            return msg_prior_use_is_inconsistent_with_specification_as_dummy;
+        }
+        break;
+    default: break;
+    }
     switch (s->kind) {
     case sk_variable: {
         object *o = entity_as<object>(s);
@@ -495,7 +511,9 @@ void declare_result(symbol *s, name_locator &name, entry_description *entry) {
     }
     if (!s || s->scope_depth != curr_scope_depth || !name.atom) {
         s = new_symbol(sk_undetermined, name, curr_scope_depth);
-        if (is_known(return_type)) {
+        // A function whose name was refused may still declare the type of its result.
+        const bool is_open = name.atom && return_type->type_code == tk_error;
+        if (is_known(return_type) && !is_open) {
             s->entity = return_type;
             s->flags |= sf_typed | (function->flags & sf_type_implicit);
         }

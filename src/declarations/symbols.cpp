@@ -521,6 +521,9 @@ symbol *lookup_reference() {
     s->flags |= mark;
     s = follow_links(s);
     s->flags |= mark;
+    if (spec_part_over && curr_row().row_kind == sr_unit) {
+        s->flags |= sf_used_in_body;
+    }
     report_if_ambiguous(outermost_meaning(s));
     if (!used_in_bound && curr_row().row_kind == sr_stmt_function && s->scope_depth == curr_scope_depth &&
         s->kind == sk_host_candidate && s->aux) {

@@ -254,7 +254,11 @@ bool read_entity(attribute_set set, bool has_double_colon) {
         error(msg_expected_equals);
         set[attr_parameter] = false;
     }
-    check_attributes(s, set, name.position);
+    const bool is_component_of_any_length = set[attr_component] && set[attr_assumed_length];
+    if (!check_attributes(s, set, name.position) &&
+        (is_component_of_any_length || (is_array(entity_type) && !keeps_shape(set, entity_type)))) {
+        entity_type = error_type();
+    }
     apply_attributes(s, set, name);
     return good;
 }

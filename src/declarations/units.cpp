@@ -206,12 +206,12 @@ bool read_dummies(bool is_entry, entry_description *entry) {
     return ok && closed;
 }
 
-// A result without a name of its own: it is the variable with the function's name.
-void declare_own_result(symbol *function, entry_description *entry) {
+// A result without a name of its own: it is the variable with the function's name, as that was written. What
+// the name was refused for lies outside of the function.
+void declare_own_result(symbol *function, atom *written, entry_description *entry) {
     symbol *s = nullptr;
-    name_locator name{nullptr, function->decl_position};
-    if (function->name != error_atom) {
-        name.atom = function->name;
+    name_locator name{written, function->decl_position};
+    if (written) {
         curr_name = name;
         s = lookup_current();
     }
@@ -239,24 +239,24 @@ void declare_named_result(symbol *function, entry_description *entry) {
 
 // RESULT (name), or nothing. Whatever is wrong, the function has a result afterwards. `quiet`: there was an
 // error ahead of it, and what is missing here brings no second one.
-bool read_result(symbol *function, entry_description *entry, bool quiet) {
+bool read_result(symbol *function, atom *written, entry_description *entry, bool quiet) {
     if (curr_token == tok_eos || (quiet && curr_token != tok_kw_result)) {
-        declare_own_result(function, entry);
+        declare_own_result(function, written, entry);
         return true;
     }
     if (!accept_token(tok_kw_result, msg_expected_result, 0) ||
         !accept_token(tok_lparen, msg_expected_lparen, 0)) {
-        declare_own_result(function, entry);
+        declare_own_result(function, written, entry);
         return false;
     }
     bool ok = curr_token == tok_name;
     if (!expect_token(tok_name, msg_expected_identifier)) {
-        declare_own_result(function, entry);
+        declare_own_result(function, written, entry);
         return false;
     }
-    if (curr_name.atom == function->name) {
+    if (curr_name.atom == written) {
         error_at(msg_result_name_must_not_be_same_as_entry, curr_token_pos);
-        declare_own_result(function, entry);
+        declare_own_result(function, written, entry);
         ok = false;
     } else {
         declare_named_result(function, entry);
@@ -292,10 +292,14 @@ bool read_subprogram(bool is_entry, type *result_type) {
     bool ok = read_procedure_name(name, s);
 
     const source_pos name_pos = name.position;
+    atom *written = name.atom;
     const bool is_subroutine = curr_unit_kind == uk_subroutine;
     entry_description *entry = nullptr;
     symbol *procedure = is_subroutine ? declare_subroutine(s, name, is_entry, entry)
                                       : declare_function(s, name, result_type, is_entry, entry);
+    if (is_entry && procedure->name == error_atom) {
+        written = nullptr; // the name means something else in this very scope
+    }
     if (procedure->name != error_atom) {
         procedure->aux2 |= pf_body_seen;
     }
@@ -304,7 +308,7 @@ bool read_subprogram(bool is_entry, type *result_type) {
 
     ok &= read_dummies(is_entry, entry);
     if (!is_subroutine) {
-        ok &= read_result(procedure, entry, !ok);
+        ok &= read_result(procedure, written, entry, !ok);
     }
     if (curr_unit.prefix && !is_entry) {
         read_skipped_selectors(*curr_unit.prefix);
@@ -324,7 +328,7 @@ bool declare_failed_function() {
     name_locator name{nullptr, curr_token_pos};
     entry_description *entry = nullptr;
     symbol *function = declare_function(nullptr, name, nullptr, false, entry);
-    declare_own_result(function, entry);
+    declare_own_result(function, nullptr, entry);
     return false;
 }
 

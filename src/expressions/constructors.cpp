@@ -249,6 +249,9 @@ expr_node *continue_implied_do(expr_node *value) {
     switch (loop.part) {
     case part_element:
         append_item(loop, value);
+        if (value->node_kind == enk_error && !loop.symbol) {
+            return abandon_implied_do(); // recovery may have gone into the control, where no variable is
+        }
         if (curr_token != tok_comma) {
             break;
         }

@@ -119,8 +119,9 @@ bool start_argument(pending &list) {
 
 // ---- component references
 
-// The type that a name has by now. An undeclared name of which the class is needed is settled.
-type *type_of_name(symbol *s, bool has_list) {
+// The type that a name has by now. An undeclared name of which the class is needed is settled; one that gets
+// no type is reported here.
+type *type_of_name(symbol *s) {
     if (s->kind == sk_host_candidate) {
         s = resolve_candidate(s);
     }
@@ -133,12 +134,11 @@ type *type_of_name(symbol *s, bool has_list) {
         return t;
     }
     type *implied = implicit_type_of(s);
-    if (implied) {
-        return implied;
+    if (!implied && s->kind == sk_undetermined) {
+        apply_implicit(s, null_pos);
+        implied = error_type();
     }
-    // A name without a type is reported as such.
-    const bool may_be_intrinsic = has_list && find_intrinsic_function(s);
-    return s->kind == sk_undetermined && !may_be_intrinsic ? error_type() : t;
+    return implied ? implied : t;
 }
 
 // The record with the components of a derived type: a type that was named ahead of its definition may turn
@@ -158,7 +158,7 @@ const type *defined_type(const type *t) {
 const type *type_of_base(const expr_node *base) {
     switch (base->node_kind) {
     case enk_symbol:
-    case enk_symbol_call: return type_of_name(base->symbol, base->node_kind == enk_symbol_call);
+    case enk_symbol_call: return type_of_name(base->symbol);
     case enk_field: return element_type_of(base->type);
     case enk_subscript: return element_type_of(base->array_expr->type);
     case enk_error: return error_type();

@@ -246,6 +246,20 @@ std::uint32_t value_flags(std::uint32_t flags) {
     return flags & (ecf_restricted_a | ecf_restricted_b | ecf_stmt_func);
 }
 
+// With one value too few or too many the others need not stand in their places.
+bool check_value_count(const expr_node *node) {
+    const expr_node *value = node->constructor;
+    const object *field = node->type->derived.first_field;
+    while (value && field) {
+        value = value->next;
+        field = field->next;
+    }
+    if (value) {
+        return fail_at(msg_too_many_members_in_expression_list, value);
+    }
+    return !field || fail_at(msg_too_few_members_in_expression_list, node);
+}
+
 bool check_structure_constructor(expr_node *node, std::uint32_t flags, object *routine) {
     type *const t = node->type;
     if (t->type_code != tk_derived_type) {
@@ -255,19 +269,15 @@ bool check_structure_constructor(expr_node *node, std::uint32_t flags, object *r
         return false;
     }
     note_host_type(t, routine);
+    if (!check_value_count(node)) {
+        return false;
+    }
     bool ok = true;
     expr_node **slot = &node->constructor;
-    const object *field = t->derived.first_field;
-    for (; field && *slot; field = field->next, slot = &(*slot)->next) {
+    for (const object *field = t->derived.first_field; field; field = field->next, slot = &(*slot)->next) {
         const bool fits = field->is_pointer ? pointer_assign_check(field->type, *slot)
                                             : assign_conversion(field->type, *slot);
         ok = fits && ok;
-    }
-    if (*slot) {
-        return fail_at(msg_too_many_members_in_expression_list, *slot);
-    }
-    if (field) {
-        return fail_at(msg_too_few_members_in_expression_list, node);
     }
     return ok;
 }

@@ -4,6 +4,7 @@
 #include "modules/module_check.h"
 
 #include "declarations/scopes.h"
+#include "declarations/symbols.h"
 #include "il/fields.h"
 #include "il/types.h"
 #include "intrinsics/seed_table.h"
@@ -489,7 +490,15 @@ void check_procedure_symbol(const symbol *s, const object *o) {
     require(o->storage_class != sc_internal || is_module(o->assoc.routine));
 }
 
+// Only what is generic has the name of an operator.
+bool names_operator(const atom *name) {
+    return char_fold(name->spelling[0]) < 'A' || char_fold(name->spelling[0]) > 'Z';
+}
+
 void check_symbol(const symbol *s) {
+    const bool is_generic =
+        s->kind == sk_interface || s->kind == sk_intrinsic_function || s->kind == sk_intrinsic_subroutine;
+    require(is_generic || !names_operator(s->name));
     switch (s->kind) {
     case sk_derived_type: require(entity_as<type>(s)->type_code == tk_derived_type); break;
     case sk_variable: {
