@@ -6,8 +6,10 @@
 #include "il/types.h"
 #include "output/il_dump.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <vector>
 
 namespace zf90 {
 
@@ -26,31 +28,63 @@ const char *name_of(const named_entry *entry) {
 
 // ---- positions
 
-bool holds(const source_file *f, std::uint32_t seq) {
-    return f->first_seq_number <= seq && seq <= f->last_seq_number;
+// What was read of one file without a break.
+struct stretch {
+    std::uint32_t first; // sequence number
+    source_place place;  // of that line
+};
+
+std::vector<stretch> stretches; // in the order of their numbers
+const il_header *indexed_header;
+
+struct open_file {
+    const source_file *file;
+    const source_file *next_child;
+    std::uint32_t seq; // of the first line behind the children so far
+    std::uint32_t line;
+};
+
+void add_stretch(const open_file &f) { stretches.push_back({f.seq, {f.file, f.line}}); }
+
+void index_files(const il_header *header) {
+    indexed_header = header;
+    stretches.clear();
+    std::vector<open_file> open;
+    const auto enter = [&open](const source_file *f) {
+        open.push_back({f, f->first_child_file, f->first_seq_number, f->first_line_number});
+        add_stretch(open.back());
+    };
+    if (header && header->primary_source_file) {
+        enter(header->primary_source_file);
+    }
+    while (!open.empty()) {
+        open_file &f = open.back();
+        if (const source_file *const child = f.next_child) {
+            f.next_child = child->next;
+            f.line += child->first_seq_number - f.seq;
+            f.seq = child->last_seq_number + 1;
+            enter(child);
+            continue;
+        }
+        open.pop_back();
+        if (!open.empty()) {
+            add_stretch(open.back());
+        }
+    }
 }
 
 } // namespace
 
 source_place find_source_place(const il_header *header, std::uint32_t seq) {
-    const source_file *f = header ? header->primary_source_file : nullptr;
-    if (!f || seq == 0) {
+    if (header != indexed_header) {
+        index_files(header);
+    }
+    const auto behind = std::ranges::upper_bound(stretches, seq, {}, &stretch::first);
+    if (seq == 0 || behind == stretches.begin()) {
         return {nullptr, 0};
     }
-    for (;;) {
-        std::uint32_t line = f->first_line_number + (seq - f->first_seq_number);
-        const source_file *child = f->first_child_file;
-        while (child && !holds(child, seq)) {
-            if (child->last_seq_number < seq) {
-                line -= child->last_seq_number - child->first_seq_number + 1;
-            }
-            child = child->next;
-        }
-        if (!child) {
-            return {f, line};
-        }
-        f = child;
-    }
+    const stretch &s = behind[-1];
+    return {s.place.file, s.place.line + (seq - s.first)};
 }
 
 namespace {
@@ -803,6 +837,7 @@ void regenerate_fortran(il_header *header) {
     set_print_hook(nullptr);
     printed_header = header;
     last_file = nullptr;
+    index_files(header);
     const source_file *const primary = header->primary_source_file;
     print_hook("!     Source file %s\n\n", primary && primary->full_name ? primary->full_name : "");
     for (const source_file *f = primary ? primary->first_child_file : nullptr; f; f = f->next) {

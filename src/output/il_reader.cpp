@@ -46,6 +46,12 @@ struct value_use {
     std::uint64_t length;
     std::size_t place;
 };
+struct name_use { // of a name further down
+    atom **name;
+    atom *const *element;
+    std::size_t place;
+};
+std::vector<name_use> names_to_come;
 std::vector<bounds_use> bounds_in_use;
 std::vector<value_use> values_in_use;
 
@@ -189,6 +195,7 @@ void read_count_line() {
     ranks.assign(element_count(kind_bound_info_entry), 0);
     tallies = {};
     string_fill = value_fill = 0;
+    names_to_come.clear();
     bounds_in_use.clear();
     values_in_use.clear();
 }
@@ -231,17 +238,22 @@ void *read_reference(entry_kind kind) {
     return address_of(i);
 }
 
-// Names count from the record on: a reference ahead of it is an error.
+// The names of symbols count at once: a reference ahead of the name's record is an error.
 atom *read_atom_reference() {
-    void *place = read_reference(kind_atom);
-    if (!place) {
-        return nullptr;
-    }
-    atom *name = *static_cast<atom **>(place);
-    if (!name) {
+    atom *const *element = static_cast<atom **>(read_reference(kind_atom));
+    if (element && !*element) {
         reject_il_file();
     }
-    return name;
+    return element ? *element : nullptr;
+}
+
+// That of a NAMELIST group in its module may come after the group.
+void read_atom_reference(atom *&name) {
+    atom *const *element = static_cast<atom **>(read_reference(kind_atom));
+    name = element ? *element : nullptr;
+    if (element && !name) {
+        names_to_come.push_back({&name, element, il_text_place});
+    }
 }
 
 std::int64_t read_integer() {
@@ -297,7 +309,7 @@ struct field_reader {
 
     template <class T> void reference(const char *, T *&entry) {
         if constexpr (std::is_same_v<T, atom>) {
-            entry = read_atom_reference();
+            read_atom_reference(entry);
         } else {
             entry = static_cast<T *>(read_reference(kind_of<T>));
         }
@@ -413,8 +425,7 @@ il_entry *read_payload(entry_kind kind) {
 }
 
 void read_symbol(field_reader &r) {
-    atom *name = nullptr;
-    r.reference("name", name);
+    atom *const name = read_atom_reference();
     symbol_kind kind{};
     r.enumeration("kind", kind, symbol_kind_count);
     il_entry *payload = read_payload(payload_kind(kind));
@@ -480,7 +491,14 @@ void read_banner() {
 }
 
 // What an entry says of another one that may stand further down.
-void check_sizes() {
+void complete_uses() {
+    for (const name_use &use : names_to_come) {
+        il_text_place = use.place;
+        *use.name = *use.element;
+        if (!*use.name) {
+            reject_il_file();
+        }
+    }
     const auto *first_bounds = entries_of<bound_info_entry>(kind_bound_info_entry);
     for (const bounds_use &use : bounds_in_use) {
         il_text_place = use.place;
@@ -548,7 +566,7 @@ il_header *read_il_file(std::FILE *input, intern_atom_callback intern, symbol_ca
         il_text_place = il_text.find('\n') + 2; // the count line
         reject_il_file();
     }
-    check_sizes();
+    complete_uses();
     return entries_of<il_header>(kind_il_header);
 }
 

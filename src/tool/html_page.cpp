@@ -9,6 +9,7 @@
 #include "output/il_dump.h"
 #include "output/il_reader.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -40,30 +41,39 @@ template <class Print> std::string printed(Print print) {
     return result;
 }
 
-bool begins_bracket(std::string_view text) { return text.starts_with("&lt;") || text.starts_with("&gt;"); }
-
-// Printed text, with its ampersands as HTML has them.
-void put_printed(std::string_view text) {
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '&' && !begins_bracket(text.substr(i))) {
-            std::fputs("&amp;", page);
-        } else {
-            std::fputc(text[i], page);
+// Writes text with some characters replaced: `escape` returns what stands for the one at the head of a text,
+// or null for the character itself.
+void put_escaped(std::string_view text, const char *specials, const char *(*escape)(std::string_view)) {
+    while (!text.empty()) {
+        const std::size_t plain = std::min(text.find_first_of(specials), text.size());
+        std::fwrite(text.data(), 1, plain, page);
+        text.remove_prefix(plain);
+        if (!text.empty()) {
+            const char *const replacement = escape(text);
+            std::fwrite(replacement ? replacement : text.data(), 1,
+                        replacement ? std::strlen(replacement) : 1, page);
+            text.remove_prefix(1);
         }
     }
 }
 
+// Printed text, with its ampersands as HTML has them.
+void put_printed(std::string_view text) {
+    put_escaped(text, "&", [](std::string_view rest) -> const char * {
+        return rest.starts_with("&lt;") || rest.starts_with("&gt;") ? nullptr : "&amp;";
+    });
+}
+
 // Plain text.
 void put_text(std::string_view text) {
-    for (char c : text) {
-        switch (c) {
-        case '<': std::fputs("&lt;", page); break;
-        case '>': std::fputs("&gt;", page); break;
-        case '&': std::fputs("&amp;", page); break;
-        case '"': std::fputs("&quot;", page); break;
-        default: std::fputc(c, page); break;
+    put_escaped(text, "<>&\"", [](std::string_view rest) -> const char * {
+        switch (rest.front()) {
+        case '<': return "&lt;";
+        case '>': return "&gt;";
+        case '&': return "&amp;";
+        default: return "&quot;";
         }
-    }
+    });
 }
 
 void put(const char *markup) { std::fputs(markup, page); }
@@ -301,7 +311,8 @@ void collect_rows(const statement *s, unsigned depth, std::vector<statement_row>
 
 std::string text_of_statement(const statement *s) {
     if (s->kind == stmk_label) {
-        return std::string(name_of(s->label)) + ":";
+        const std::string_view name = name_of(s->label);
+        return name.empty() ? std::string() : std::string(name) + ":";
     }
     return printed([&] { print_statement(const_cast<il_header *>(page_header), s, false); });
 }
@@ -374,16 +385,17 @@ void put_source_of_title(std::string_view line) {
     }
 }
 
-void put_entries(std::string_view dump) {
+void put_entries(std::FILE *dump) {
     put("<section id=\"entries\">\n<h2>All entries</h2>\n");
-    while (!dump.empty()) {
-        const std::size_t end = dump.find('\n');
-        const std::string_view line = dump.substr(0, end);
+    char *buffer = nullptr;
+    std::size_t capacity = 0;
+    for (ssize_t length = 0; (length = getline(&buffer, &capacity, dump)) > 0;) {
+        const std::string_view line(buffer, static_cast<std::size_t>(length) - 1); // every line has its end
         put_printed(line);
         put_source_of_title(line);
         put("\n");
-        dump.remove_prefix(end + 1);
     }
+    std::free(buffer);
     put("</section>\n");
 }
 
@@ -436,7 +448,16 @@ void print_html_page(loaded_il &file, const char *path, std::FILE *output) {
     page_header = file.header;
     const char *const slash = std::strrchr(path, '/');
     directory.assign(path, slash ? static_cast<std::size_t>(slash + 1 - path) : 0);
-    const std::string dump = printed([&] { dump_il_file(file); });
+    // Before the lists of a module are changed for the printers of units.
+    std::FILE *const dump = std::tmpfile();
+    if (!dump) {
+        std::perror("temporary file");
+        std::exit(4);
+    }
+    dump_stream = dump;
+    dump_html = true;
+    dump_il_file(file);
+    std::rewind(dump);
     add_scope_of_module(file);
     const std::vector<unit_place> units = all_units();
     put_head(path);
@@ -447,6 +468,7 @@ void print_html_page(loaded_il &file, const char *path, std::FILE *output) {
         put_unit(u.unit);
     }
     put_entries(dump);
+    std::fclose(dump);
     put("</main>\n</body>\n</html>\n");
 }
 
