@@ -147,7 +147,7 @@ bool read_value(data_value &v) {
 // A repeat count, if a "*" follows, or a value already.
 bool may_be_count(symbol *&named) {
     if (curr_token == tok_integer) {
-        return has_value(curr_constant) && curr_constant.integer > 0;
+        return !has_value(curr_constant) || curr_constant.integer > 0; // one that is too large may have a "*"
     }
     named = curr_token == tok_name ? meaning_of_name() : nullptr;
     return named && named->kind == sk_variable;

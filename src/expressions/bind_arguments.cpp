@@ -5,6 +5,7 @@
 #include "expressions/calls.h"
 #include "expressions/check.h"
 #include "expressions/predicates.h"
+#include "expressions/shapes.h"
 #include "il/entries.h"
 #include "il/types.h"
 
@@ -333,6 +334,16 @@ bool check_argument_entity(const expr_node *actual, const object *o, const param
     return check_passable(o, actual->source_pos) && ok;
 }
 
+// A pointer dummy takes what has an association of its own: besides names and components that is the result
+// of a function. An intrinsic procedure, which takes any type, looks at its argument itself.
+bool check_pointer_argument(expr_node *actual, const param_type *param) {
+    if (actual->node_kind == enk_empty || element_type_of(param->type)->type_code == tk_any_type) {
+        return true;
+    }
+    return pointer_assign_check(param->type, actual) &&
+           (actual->node_kind == enk_call || misses(msg_expected_pointer_entity, actual->source_pos));
+}
+
 } // namespace
 
 bool check_passable(const object *o, source_pos position) {
@@ -363,7 +374,7 @@ bool check_argument_association(bool is_subroutine, bool is_elemental, expr_node
                              : misses(msg_alternate_return_is_only_allowed_in_subroutine, actual->source_pos);
     case enk_object: return check_argument_entity(actual, actual->object, param) && ok;
     case enk_field: return check_argument_entity(actual, actual->field_var, param) && ok;
-    default: return ok;
+    default: return (!param || !param->is_pointer || check_pointer_argument(actual, param)) && ok;
     }
 }
 

@@ -55,7 +55,7 @@ bool read_do_label() {
     if (s) {
         set_end_label(s);
     }
-    entry.label_reported = !good;
+    entry.label_reported = !good || (s && (s->aux2 & lf_reported) != 0);
     accept_optional(tok_comma, 0);
     return good;
 }

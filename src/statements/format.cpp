@@ -20,7 +20,7 @@ char format_buffer[stmt_buffer_size]; // the tokens are no longer than their sta
 char *format_end;
 bool format_failed;   // something was reported: the text is of no use
 bool token_failed;    // the tokenizer has found fault with the current token
-bool text_unfinished; // a character constant has no end, and took all of the statement
+bool text_unfinished; // a text has no end that is known, and took all of the statement
 
 // Reads a token and writes it down. Letters come in upper case.
 void format_token() {
@@ -283,11 +283,15 @@ void parse_nothing(format_item &item) {
 }
 
 void parse_text(format_item &item) {
+    item.no_scale = item.no_repeat = true;
     text_unfinished = token_failed;
-    if (curr_token == tok_hollerith && !token_failed) {
+    if (text_unfinished) {
+        skip_to_eos(); // where the text was to end is not clear
+        return;
+    }
+    if (curr_token == tok_hollerith) {
         warning(msg_hollerith_constants_are_obsolescent);
     }
-    item.no_scale = item.no_repeat = true;
     format_token();
 }
 

@@ -106,9 +106,21 @@ bool check_unit(const io_context &io) {
 
 // ---- the format
 
+// Whether a designator is that of a named constant or of a part of one.
+bool is_part_of_constant(const expr_node *node) {
+    for (;;) {
+        switch (node->node_kind) {
+        case enk_object: return node->object->is_constant;
+        case enk_field: node = node->base_expr; break;
+        case enk_subscript: node = node->array_expr; break;
+        default: return false;
+        }
+    }
+}
+
 bool check_format_variable(expr_node *expr) {
     expr->intent_in = true;
-    return is_designator(expr) && expr->type == default_integer()
+    return is_designator(expr) && !is_part_of_constant(expr) && expr->type == default_integer()
                ? true
                : refuse(expr, msg_expression_must_be_variable_of_type_default_integer);
 }

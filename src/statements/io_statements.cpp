@@ -101,7 +101,8 @@ bool stmt_inquire() {
     io_statement io = begin_io(stmk_inquire);
     next_token(0);
     bool good = parse_io_control(io.control);
-    if (good && is_seen(io.control, iosk_iolength)) {
+    const bool needs_items = !io.control.failed || curr_token != tok_eos; // one message is enough
+    if (good && is_seen(io.control, iosk_iolength) && needs_items) {
         good = parse_items(io.made);
     }
     return good && !io.control.failed;

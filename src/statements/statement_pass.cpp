@@ -161,8 +161,9 @@ bool check_expression_statement(const statement *s, object *routine) {
     if (e->node_kind == enk_operation && e->operands->intent_out) {
         e->operands->intent_in = false; // of ASSIGN
     }
-    const bool is_value = e->node_kind == enk_call || e->node_kind == enk_intrinsic;
-    if (good && is_value && !has_type(e, tk_void) && !is_error(e)) {
+    // What CALL names may have turned out to be an array or a type as well as a function.
+    const bool is_called = e->node_kind != enk_operation && e->node_kind != enk_error;
+    if (good && is_called && !has_type(e, tk_void) && !is_error(e)) {
         error_at(msg_identifier_is_not_subroutine_name, e->source_pos);
         good = false;
     }
