@@ -117,12 +117,41 @@ bool parse_length(expr_node *&length) {
 
 // The character type of a kind and a length. The error type if the length is in error, or, with `missing`
 // set, if there is no such kind.
+// Whether a length is a name that a later statement may still make a dummy argument (ENTRY) or a member of a
+// COMMON block: what it may be is known when the unit ends, and the check of the type asks then.
+bool is_open_name(const expr_node *length) {
+    if (length->node_kind != enk_symbol || spec_part_over) {
+        return false;
+    }
+    const symbol *const s = length->symbol;
+    if (s->scope_depth != curr_scope_depth) {
+        return false;
+    }
+    if (s->kind == sk_variable) {
+        const object *const o = entity_as<object>(s);
+        return !o->is_constant && !o->is_parameter && (s->var_flags & vf_in_common) == 0;
+    }
+    return s->kind == sk_undetermined || s->kind == sk_host_candidate;
+}
+
+type *character_of_length(int kind_index, expr_node *length) {
+    type *const t = new_type(tk_fcharacter);
+    t->kind = static_cast<std::uint32_t>(kind_index);
+    t->is_character = t->kind == default_character_kind;
+    set_expression_bound(t->character.length, length);
+    complete_type(t);
+    return t;
+}
+
 type *character_type_of(std::int32_t kind, const char_length &length, bool &missing) {
     if (length.assumed) {
         return assumed_character_type_for_kind_number(kind, missing);
     }
     std::int32_t constant = 1;
     if (length.expression) {
+        if (is_open_name(length.expression) && character_kind_index(kind) >= 0) {
+            return character_of_length(character_kind_index(kind), length.expression);
+        }
         fold_value value;
         if (!check_expression(length.expression, ECF_SPEC, curr_routine())) {
             return error_type();
@@ -134,12 +163,7 @@ type *character_type_of(std::int32_t kind, const char_length &length, bool &miss
                 missing = index < 0;
                 return error_type();
             }
-            type *t = new_type(tk_fcharacter);
-            t->kind = static_cast<std::uint32_t>(index);
-            t->is_character = t->kind == default_character_kind;
-            set_expression_bound(t->character.length, length.expression);
-            complete_type(t);
-            return t;
+            return character_of_length(index, length.expression);
         }
         constant = std::max(value.integer, 0);
     }
