@@ -1,5 +1,4 @@
 // The DATA statement: sets of items and values, which are matched as they are read.
-#include "declarations/attributes.h"
 #include "declarations/data_items.h"
 #include "declarations/data_values.h"
 #include "declarations/initial_values.h"
@@ -27,19 +26,8 @@ bool declare_initialized(name_locator name) {
     if (s && s->kind == sk_implied_do_var) {
         return true; // told when the items of its loop are looked at
     }
-    s = lookup_for_declaration();
-    if (s && s->from_module) {
-        attribute_set set{};
-        set[attr_initialized] = true;
-        if (!check_attributes(s, set, name.position)) {
-            return false;
-        }
-    }
-    if (s) {
-        claim_candidate(s);
-    }
-    s = make_variable(s, name);
-    if (s->name == error_atom) {
+    s = declare_variable(attr_initialized, name);
+    if (!s) {
         return false;
     }
     s->var_flags |= vf_initialized;

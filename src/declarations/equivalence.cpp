@@ -2,7 +2,6 @@
 // distances. Groups that share a variable are joined; a joined group lies in a COMMON block, if one of its
 // variables does, or in nameless storage of its own.
 #include "constants/folding.h"
-#include "declarations/attributes.h"
 #include "declarations/designator_place.h"
 #include "declarations/end_of_unit.h"
 #include "declarations/scopes.h"
@@ -29,19 +28,8 @@ namespace {
 
 // A name of this unit becomes a variable that is equivalenced. False if it can't.
 bool declare_equivalenced(name_locator name) {
-    symbol *s = lookup_for_declaration();
-    if (s && s->from_module) {
-        attribute_set set{};
-        set[attr_equivalence] = true;
-        if (!check_attributes(s, set, name.position)) {
-            return false;
-        }
-    }
-    if (s) {
-        claim_candidate(s);
-    }
-    s = make_variable(s, name);
-    if (s->name == error_atom) {
+    symbol *const s = declare_variable(attr_equivalence, name);
+    if (!s) {
         return false;
     }
     s->var_flags |= vf_equivalenced;

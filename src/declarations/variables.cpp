@@ -70,4 +70,20 @@ symbol *make_variable(symbol *s, name_locator &name) {
     }
 }
 
+symbol *declare_variable(attribute given, name_locator &name) {
+    symbol *s = lookup_for_declaration();
+    if (s && s->from_module) {
+        attribute_set set{};
+        set[given] = true;
+        if (!check_attributes(s, set, name.position)) {
+            return nullptr;
+        }
+    }
+    if (s) {
+        claim_candidate(s);
+    }
+    s = make_variable(s, name);
+    return s->name == error_atom ? nullptr : s;
+}
+
 } // namespace zf90
