@@ -57,8 +57,11 @@ int main(int argc, char **argv) {
     unsigned long dropped = 0;
     int character = 0;
     while (std::scanf("%lu %lu %d", &place, &dropped, &character) == 3) { // NOLINT(cert-err34-c)
-        std::string variant = text;
-        variant.replace(place, dropped, character < 0 ? "" : std::string(1, static_cast<char>(character)));
+        std::string variant = text.substr(0, place);
+        if (character >= 0) {
+            variant += static_cast<char>(character);
+        }
+        variant.append(text, place + dropped);
         if (!write_file(argv[2], variant)) {
             return 4;
         }
