@@ -5,12 +5,14 @@
 
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
+#include "driver/deep_call.h"
 #include "il/fields.h"
 #include "il/types.h"
 #include "intrinsics/seed_table.h"
 #include "modules/copies.h"
 #include "output/il_reader.h"
 
+#include <algorithm>
 #include <span>
 #include <vector>
 
@@ -384,24 +386,52 @@ void check_named_constant(const object &o) {
     require(value->repr_kind == (t->type_code == tk_derived_type ? ck_aggregate : ck_value));
 }
 
-// An element belongs to one list, and a list to one constant.
+// The list that a constant consists of, or null.
+const constant *list_of(const constant &c) {
+    switch (c.repr_kind) {
+    case ck_aggregate: return c.aggregate.first_constant;
+    case ck_init_repeat: return c.repeat.constant;
+    default: return nullptr;
+    }
+}
+
+std::size_t index_of(const constant *c) {
+    return static_cast<std::size_t>(c - all<constant>(kind_constant).data());
+}
+
+// The number of constants that a copy of a list consists of, no more than `limit`. `known` holds what has
+// been counted, by the head of the list.
+std::uint64_t copied_size(const constant *head, std::uint64_t limit, std::vector<std::uint64_t> &known) {
+    if (!head || known[index_of(head)] != 0) {
+        return head ? known[index_of(head)] : 0;
+    }
+    std::uint64_t size = 0;
+    for (const constant *c = head; c; c = c->next) {
+        const constant *list = list_of(*c);
+        size += 1 + deep_call([&] { return copied_size(list, limit, known); });
+        size = std::min(size, limit);
+    }
+    known[index_of(head)] = size;
+    return size;
+}
+
+// An element belongs to one list. Constants may share a list, as the elements of an array do that all have
+// one value, but every one gets its own copy: those must not come to more than there is room for.
 void check_constant_lists() {
+    constexpr std::uint64_t most_copies = 1u << 24;
     const std::span<constant> constants = all<constant>(kind_constant);
-    std::vector<bool> owned(constants.size(), false);
-    const auto take = [&](const constant *c) {
-        if (c) {
-            const auto i = static_cast<std::size_t>(c - constants.data());
-            require(!owned[i]);
-            owned[i] = true;
-        }
-    };
+    std::vector<bool> follows(constants.size(), false);
     for (const constant &c : constants) {
-        take(c.next);
-        if (c.repr_kind == ck_aggregate) {
-            take(c.aggregate.first_constant);
-        } else if (c.repr_kind == ck_init_repeat) {
-            take(c.repeat.constant);
+        if (c.next) {
+            require(!follows[index_of(c.next)]);
+            follows[index_of(c.next)] = true;
         }
+    }
+    const std::uint64_t limit = std::max<std::uint64_t>(most_copies, constants.size()) + 1;
+    std::vector<std::uint64_t> known(constants.size(), 0);
+    for (const constant &c : constants) {
+        const constant *list = list_of(c);
+        require(!list || (!follows[index_of(list)] && copied_size(list, limit, known) < limit));
     }
 }
 
