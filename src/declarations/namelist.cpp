@@ -114,21 +114,8 @@ void mark_members(symbol *group) {
 
 // Whether the storage of a member has a size that is known.
 bool has_constant_size(const object *o) {
-    if (o->is_pointer || o->is_allocatable) {
-        return false;
-    }
-    const type *t = o->type;
-    if (is_array(t)) {
-        if (!is_explicit_constant_shape(t)) {
-            return false;
-        }
-        t = t->array.element_type;
-    }
-    switch (t->type_code) {
-    case tk_derived_type: return !t->contains_ptrs;
-    case tk_fcharacter: return t->character.length.kind == bound_constant;
-    default: return true;
-    }
+    const type *element = element_type_of(o->type);
+    return has_known_bounds(o) && !(element->type_code == tk_derived_type && element->contains_ptrs);
 }
 
 bool is_public_object(const object *o) {

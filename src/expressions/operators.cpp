@@ -433,11 +433,8 @@ namespace {
 
 // LEN of an operand, which stays where it is.
 expr_node *new_length_of(expr_node *operand) {
-    expr_node *length = new_expr_node(enk_intrinsic);
+    expr_node *length = new_intrinsic_node(intr_len, default_integer(), new_ref(operand));
     length->source_pos = operand->source_pos;
-    length->type = default_integer();
-    length->intrinsic = intr_len;
-    length->operands = new_ref(operand);
     length->operands->source_pos = operand->source_pos;
     return length;
 }

@@ -337,6 +337,20 @@ bool is_zero_sized(const type *t) {
     return is_zero_sized(element) || (t->size == element->size && has_empty_dimension(t));
 }
 
+bool has_known_bounds(const object *o) {
+    if (o->is_allocatable || o->is_pointer) {
+        return false;
+    }
+    const type *t = o->type;
+    if (is_array(t)) {
+        if (!is_explicit_constant_shape(t)) {
+            return false;
+        }
+        t = t->array.element_type;
+    }
+    return t->type_code != tk_fcharacter || t->character.length.kind == bound_constant;
+}
+
 // ---- layout
 
 namespace {

@@ -47,6 +47,9 @@ struct room {
 };
 room object_size(const object *o);
 
+// Whether all bounds and the length of an object are numbers.
+bool has_known_bounds(const object *o);
+
 // Lays out the components of a derived type, or the objects of a frame, in order: gives each its offset, and
 // the type its size and alignment.
 void field_layout(type *t);

@@ -54,11 +54,8 @@ expr_node *value_of(const bound &b, source_pos position) {
 
 // A reference to an intrinsic function with a default integer result. An absent second argument is null.
 expr_node *make_intrinsic(intrinsic_code code, expr_node *first, expr_node *second, source_pos position) {
-    expr_node *node = new_expr_node(enk_intrinsic);
+    expr_node *node = new_intrinsic_node(code, default_integer(), first);
     node->source_pos = position;
-    node->type = default_integer();
-    node->intrinsic = code;
-    node->operands = first;
     const object *form = seed_interface(code)->routine_prototype_list->object;
     const param_type *p = form->type->routine.param_type_list;
     if (!second && p->next) {

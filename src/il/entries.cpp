@@ -235,6 +235,14 @@ expr_node *new_operation(operation_kind op, type *result, expr_node *operands) {
     return node;
 }
 
+expr_node *new_intrinsic_node(intrinsic_code code, type *result, expr_node *operands) {
+    expr_node *node = new_expr_node(enk_intrinsic);
+    node->intrinsic = code;
+    node->type = result;
+    node->operands = operands;
+    return node;
+}
+
 expr_node *new_error_node() {
     expr_node *node = new_expr_node(enk_error);
     node->type = error_type();

@@ -45,6 +45,8 @@ constexpr unsigned bound_info_rank(std::uint32_t size) { return (size - 8) / 16;
 expr_node *new_expr_node(expr_node_kind kind);
 void set_expr_node_kind(expr_node *node, expr_node_kind kind); // stores the kind and resets the variant
 expr_node *new_operation(operation_kind op, type *result, expr_node *operands);
+// A reference to an intrinsic function.
+expr_node *new_intrinsic_node(intrinsic_code code, type *result, expr_node *operands);
 expr_node *new_error_node();
 expr_node *new_ref(expr_node *target); // to the first target that is no ref itself
 

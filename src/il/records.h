@@ -404,6 +404,9 @@ struct statement : il_entry {
     };
 };
 
+// The statements with an input_output_description.
+inline bool is_io_statement(il_statement_kind kind) { return kind >= stmk_open && kind <= stmk_rewind; }
+
 struct label_list_entry : il_entry {
     label_list_entry *next;
     struct label *label;

@@ -36,9 +36,6 @@ bool finish_conversion(expr_node *node, type *result);
 // The element type in the shape of an expression.
 type *shaped_like(const expr_node *e, type *element);
 
-// A fresh node of an intrinsic function, for lengths and extents.
-expr_node *new_intrinsic_node(intrinsic_code code, type *result, expr_node *operands);
-
 // A fresh array of rank 1 whose extent is the expression or the number.
 type *new_vector_type(type *element, expr_node *extent);
 type *new_vector_type(type *element, std::int32_t extent);
@@ -48,11 +45,8 @@ type *new_vector_type(type *element, std::int32_t extent);
 // Reports at the position and makes the node an error node. Returns false.
 bool refuse(expr_node *node, error_code message, source_pos position);
 
-// Whether the context is a restricted expression that is not evaluated by the front end: an initialization
-// expression is left to the folding, which refuses whatever has no value.
-bool is_restricted(std::uint32_t flags);
-
-// Error 111 in a restricted expression.
+// Error 111 in a restricted expression. An initialization expression is left to the folding, which refuses
+// whatever has no value.
 bool refuse_if_restricted(expr_node *node, std::uint32_t flags);
 
 // check_operand_context for a routine that does not evaluate its first argument.
@@ -67,9 +61,6 @@ bool require_conformance(expr_node *node, const expr_node *e, const expr_node *o
 
 // Whether the elements have the same type; of characters the lengths, where both are constant.
 bool same_element_type(const type *a, const type *b);
-
-// The value of an argument that is a constant or a named constant. False if it is not.
-bool constant_argument(expr_node *e, std::int32_t &value);
 
 // Error 42 if the argument is an optional dummy argument.
 bool refuse_optional_dummy(expr_node *node, const expr_node *e);

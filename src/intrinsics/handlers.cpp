@@ -69,14 +69,6 @@ bool finish_conversion(expr_node *node, type *result) {
 
 type *shaped_like(const expr_node *e, type *element) { return combine_shapes(e->type, element, element); }
 
-expr_node *new_intrinsic_node(intrinsic_code code, type *result, expr_node *operands) {
-    expr_node *const node = new_expr_node(enk_intrinsic);
-    node->intrinsic = code;
-    node->operands = operands;
-    node->type = result;
-    return node;
-}
-
 type *new_vector_type(type *element, expr_node *extent) {
     type *const t = new_array_type(element, 1);
     set_constant_bound(t->array.bound->bounds[0], 1);
@@ -124,6 +116,9 @@ bool same_element_type(const type *a, const type *b) {
     return p.kind != bound_constant || q.kind != bound_constant || p.value == q.value;
 }
 
+namespace {
+
+// The value of an argument that is a constant or a named constant. False if it is not.
 bool constant_argument(expr_node *e, std::int32_t &value) {
     if (e->node_kind != enk_constant && (e->node_kind != enk_object || !e->object->is_constant)) {
         return false;
@@ -135,6 +130,8 @@ bool constant_argument(expr_node *e, std::int32_t &value) {
     value = folded.integer;
     return true;
 }
+
+} // namespace
 
 bool refuse_optional_dummy(expr_node *node, const expr_node *e) {
     if (e->node_kind == enk_object && e->object->is_parameter && e->object->is_optional) {

@@ -30,20 +30,6 @@ bool is_permitted(const object *o, const object *routine) {
            is_in_common(o) || o->source_corresp.scope_depth <= routine->source_corresp.scope_depth;
 }
 
-bool has_known_bounds(const object *o) {
-    if (o->is_allocatable || o->is_pointer) {
-        return false;
-    }
-    const type *t = o->type;
-    if (is_array(t)) {
-        if (!is_explicit_constant_shape(t)) {
-            return false;
-        }
-        t = t->array.element_type;
-    }
-    return t->type_code != tk_fcharacter || t->character.length.kind == bound_constant;
-}
-
 bool refuse_name(const expr_node *e) {
     error_at(msg_must_be_restricted_expression, e->source_pos);
     return false;
@@ -179,20 +165,16 @@ bool stmt_func_walk(expr_node *expr) {
     return deep_call([&] { return walk_scalar(expr); });
 }
 
-bool is_restricted(std::uint32_t flags) {
-    constexpr std::uint32_t both = ecf_restricted_a | ecf_restricted_b;
-    return (flags & both) == both && (flags & ecf_init_expr) == 0;
-}
-
 bool refuse_if_restricted(expr_node *node, std::uint32_t flags) {
-    return !is_restricted(flags) || refuse(node, msg_must_be_restricted_expression, node->source_pos);
+    return !is_restricted_context(flags) || (flags & ecf_init_expr) ||
+           refuse(node, msg_must_be_restricted_expression, node->source_pos);
 }
 
 bool check_inquiry_context(expr_node *node, std::uint32_t flags, object *routine) {
     expr_node *const first = node->operands;
     const intrinsic_code code = handler_index(node->routine);
     bool ok = true;
-    if ((flags & (ecf_restricted_a | ecf_restricted_b)) == (ecf_restricted_a | ecf_restricted_b)) {
+    if (is_restricted_context(flags)) {
         ok =
             restricted_inquiry_walk(first, routine, asks_for_bounds(code)) && walk_list(first->next, routine);
     } else if (flags & ecf_stmt_func) {

@@ -437,15 +437,8 @@ bool check_statement(statement *s, object *routine) {
     case stmk_select:
     case stmk_case:
     case stmk_where: return deep_call([s, routine] { return check_construct(s, routine); });
-    case stmk_open:
-    case stmk_close:
-    case stmk_read:
-    case stmk_write:
-    case stmk_inquire:
-    case stmk_backspace:
-    case stmk_endfile:
-    case stmk_rewind: return check_io_statement(s, routine);
-    default: return check_simple_statement(s, routine);
+    default:
+        return is_io_statement(s->kind) ? check_io_statement(s, routine) : check_simple_statement(s, routine);
     }
 }
 
