@@ -9,11 +9,13 @@
 #include "driver/options.h"
 #include "expressions/check.h"
 #include "expressions/predicates.h"
+#include "expressions/rewrite.h"
 #include "expressions/uses.h"
 #include "il/constants.h"
 #include "il/types.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace zf90 {
@@ -188,10 +190,25 @@ bool evaluate_triplet(expr_node *triplet, const bound &lower, const bound &upper
     return true;
 }
 
+bool has_variable(expr_node *subscript) {
+    bool found = false;
+    expr_node *const next = std::exchange(subscript->next, nullptr); // the others are looked at in their turn
+    rewrite_tree(subscript, [&](const expr_node *leaf) -> expr_node * {
+        found = found || (leaf->node_kind == enk_object && !leaf->object->is_constant &&
+                          leaf->object->storage_class != sc_implied_do_var);
+        return nullptr;
+    });
+    subscript->next = next;
+    return found;
+}
+
 bool evaluate_vector(expr_node *vector, const bound &lower, const bound &upper, section_dimension &d) {
-    fold_value value;
-    if (!fold_expression(vector, value, false) || value.repr_kind != ck_aggregate) {
+    if (has_variable(vector)) {
         error_at(msg_only_constants_do_variables_and_intrinsic_operations_are_allowed, vector->source_pos);
+        return false;
+    }
+    fold_value value;
+    if (!fold_expression(vector, value, true) || value.repr_kind != ck_aggregate) {
         return false;
     }
     for (const constant *c = value.first_constant; c; c = c->next) {

@@ -319,6 +319,12 @@ void print_result(const object *routine, const object *result) {
     }
 }
 
+void print_recursive(const object *routine) {
+    if (routine->type->type_code == tk_routine && routine->type->routine.is_recursive) {
+        print_hook("recursive ");
+    }
+}
+
 void print_unit_head(const object *unit) {
     const scope *const s = unit->variant.assoc_scope;
     print_hook("%s", margin);
@@ -336,15 +342,33 @@ void print_unit_head(const object *unit) {
     case sc_intrinsic: print_hook("intrinsic %s", name_of(unit)); break;
     case sc_module: print_hook("module %s", name_of(unit)); break;
     default:
-        if (unit->type->type_code == tk_routine && unit->type->routine.is_recursive) {
-            print_hook("recursive ");
-        }
+        print_recursive(unit);
         print_hook("%s %s", unit_word(unit), name_of(unit));
         print_name_list(s ? s->parameters : nullptr);
         print_result(unit, s ? s->function_result_var : nullptr);
         break;
     }
     print_hook("\n");
+}
+
+// Of a procedure that is not in the file, its type says what the dummy arguments are.
+void print_interface_body(const object *specific) {
+    const routine_variant &r = specific->type->routine;
+    print_hook("%s", margin);
+    print_recursive(specific);
+    print_hook("%s %s(", unit_word(specific), name_of(specific));
+    for (const param_type *p = r.param_type_list; p; p = p->next) {
+        print_hook("%s%s", p->type->type_code == tk_stmt_label ? "*" : name_of(p), p->next ? ", " : "");
+    }
+    print_hook(")\n");
+    for (const param_type *p = r.param_type_list; p; p = p->next) {
+        if (p->type->type_code != tk_stmt_label) {
+            print_hook("%s", margin);
+            print_type(p->type);
+            print_hook(":: %s\n", name_of(p));
+        }
+    }
+    print_hook("%send %s %s\n", margin, unit_word(specific), name_of(specific));
 }
 
 void print_interface(const interface *i) {
@@ -359,13 +383,8 @@ void print_interface(const interface *i) {
             print_hook("%smodule procedure %s_%s\n", margin, name_of(module), name_of(specific));
         } else if (specific->storage_class == sc_internal) {
             print_hook("%smodule procedure %s\n", margin, name_of(specific));
-        } else {
-            print_unit_head(specific);
-            const scope *const s = specific->variant.assoc_scope;
-            for (const object_list_member *d = s ? s->parameters : nullptr; d; d = d->next) {
-                print_declaration(d->object, nullptr);
-            }
-            print_hook("%send %s %s\n", margin, unit_word(specific), name_of(specific));
+        } else if (specific->type->type_code == tk_routine) {
+            print_interface_body(specific);
         }
     }
     print_hook("%send interface\n", margin);
@@ -801,6 +820,10 @@ void print_statement(il_header *header, const statement *s, bool recursive) {
 }
 
 void print_program_unit(object *unit) {
+    const object *const outer_module = printed_module;
+    if (unit->storage_class == sc_module) {
+        printed_module = unit;
+    }
     print_unit_head(unit);
     const scope *const s = unit->variant.assoc_scope;
     if (s) {
@@ -821,6 +844,7 @@ void print_program_unit(object *unit) {
     }
     print_hook("%send %s", margin, unit_word(unit));
     print_hook(unit->source_corresp.name ? " %s\n" : "\n", name_of(unit));
+    printed_module = outer_module;
 }
 
 namespace {

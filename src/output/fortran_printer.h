@@ -37,6 +37,9 @@ void print_expression(const expr_node *e);
 void print_constant(const constant *c);
 void print_type(const type *t);
 
+// The module whose types are named without it, null for none: `print_program_unit` sets that of the unit.
+extern const object *printed_module;
+
 // Text whose angle brackets are escaped if `dump_html` is set, and text in angle brackets.
 void print_escaped(const char *text);
 void print_bracketed(const char *text);
