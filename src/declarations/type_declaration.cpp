@@ -146,7 +146,11 @@ bool read_attribute(attribute_set &set, bool &reported_unknown) {
         if (next_token(lex_keyword) == tok_kw_tent) {
             return read_intent_attribute(set);
         }
-        return skip_unknown_attribute(reported_unknown);
+        if (curr_token != tok_kw_trinsic) {
+            return skip_unknown_attribute(reported_unknown);
+        }
+        add_attribute(set, attr_intrinsic);
+        break;
     case tok_kw_intrinsic: add_attribute(set, attr_intrinsic); break;
     case tok_kw_optional: add_attribute(set, attr_optional); break;
     case tok_kw_parameter: add_data_attribute(set, attr_parameter); break;
