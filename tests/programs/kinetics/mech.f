@@ -158,7 +158,7 @@ C     THE DERIVATIVES OF THE RATES BY THE CONCENTRATIONS
          DO S = 1, M%NSPC
             CALL TERM (M%RIGHT(S, R), ' + ')
          END DO
-         WRITE (*, 10) R, TEXT(3:40), M%K(R)
+         WRITE (*, 10) R, TEXT(2:40), M%K(R)
       END DO
    10 FORMAT (1X, I2, '. ', A, 1P, E12.4)
       CONTAINS
