@@ -5,8 +5,8 @@ C     kept by diagonals: A(I,J) is found in BAND(ML+MU+1+I-J, J).  The
 C     first ML rows of BAND are for the fill-in caused by pivoting.
 C
       SUBROUTINE BDFACT (BAND, LDB, N, ML, MU, IPIV, INFO)
-C        Elimination with exchange of rows.  A row never reaches beyond
-C        column K + ML + MU while it is in row K.
+C        Elimination with exchange of rows, of which row K never reaches
+C        beyond column K + ML + MU.
       INTEGER LDB, N, ML, MU, IPIV(N), INFO
       DOUBLE PRECISION BAND(LDB, N), T
       INTEGER I, J, K, L, LAST, LOW
