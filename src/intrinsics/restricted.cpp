@@ -27,7 +27,8 @@ bool is_in_common(const object *o) {
 // Whether a restricted expression of the routine may use the value of the object.
 bool is_permitted(const object *o, const object *routine) {
     return !routine || o->is_constant || o->is_parameter || o->storage_class == sc_use_associated ||
-           is_in_common(o) || o->source_corresp.scope_depth <= routine->source_corresp.scope_depth;
+           o->storage_class == sc_implied_do_var || is_in_common(o) ||
+           o->source_corresp.scope_depth <= routine->source_corresp.scope_depth;
 }
 
 bool refuse_name(const expr_node *e) {
@@ -76,6 +77,11 @@ bool walk_intrinsic(expr_node *e, object *routine) {
            walk_list(e->operands->next, routine);
 }
 
+bool walk_loop(const do_loop &loop, object *routine) {
+    return restricted_walk(loop.initial_value, routine) && restricted_walk(loop.final_value, routine) &&
+           (!loop.increment || restricted_walk(loop.increment, routine));
+}
+
 bool walk_restricted(expr_node *e, object *routine) {
     switch (e->node_kind) {
     case enk_operation:
@@ -87,7 +93,7 @@ bool walk_restricted(expr_node *e, object *routine) {
     case enk_substring:
     case enk_section: return restricted_walk(e->array_expr, routine) && walk_list(e->ind_list, routine);
     case enk_constructor: return walk_list(e->constructor, routine);
-    case enk_implied_do: return walk_list(e->expr_list, routine);
+    case enk_implied_do: return walk_list(e->expr_list, routine) && walk_loop(*e->do_info, routine);
     case enk_triplet:
         return (!e->first || restricted_walk(e->first, routine)) &&
                (!e->second || restricted_walk(e->second, routine)) &&
