@@ -234,8 +234,15 @@ bool try_member(object *member, interface *through, expr_node *&actuals, binding
         found.through = through;
         return is_intrinsic(member); // the order of the intrinsic forms is their priority
     }
-    found.is_ambiguous = !gives_way(member, found.specific);
-    return found.is_ambiguous || is_intrinsic(member);
+    if (gives_way(member, found.specific)) {
+        return is_intrinsic(member);
+    }
+    if (member->is_refused || found.specific->is_refused) {
+        found = {.is_unknown = true}; // that the two clash has been reported
+    } else {
+        found.is_ambiguous = true;
+    }
+    return true;
 }
 
 resolution try_members(interface *generic, expr_node *&actuals, binding_mode mode, object *routine) {
