@@ -7,6 +7,7 @@
 #pragma once
 
 #include "constants/folding.h"
+#include "il/entries.h"
 
 #include <vector>
 
@@ -47,13 +48,6 @@ inline constexpr std::uint32_t short_array_count = 64;
 inline constexpr std::int64_t largest_folded_size = std::int64_t{1} << 24;
 
 inline bool is_present(const expr_node *e) { return e && e->node_kind != enk_empty; }
-
-inline expr_node *without_refs(expr_node *e) {
-    while (e->node_kind == enk_ref) {
-        e = e->reference;
-    }
-    return e;
-}
 
 // ---- aggregates
 

@@ -287,6 +287,36 @@ bool check_one(const attribute_check &c, std::size_t i, attribute_set &set) {
     return good;
 }
 
+// A row of the matrix as bits, so that attributes that don't concern each other are passed over.
+struct row_bits {
+    std::uint64_t conflicts;
+    std::uint64_t required;
+};
+
+constexpr std::array<row_bits, attribute_count> make_row_bits() {
+    constexpr matrix m = make_matrix();
+    std::array<row_bits, attribute_count> rows{};
+    for (std::size_t i = 0; i < attribute_count; ++i) {
+        for (std::size_t j = 0; j < attribute_count; ++j) {
+            const std::uint64_t bit = std::uint64_t{1} << j;
+            if (j != i && m[i][j] != no_relation) {
+                (m[i][j] == conflict ? rows[i].conflicts : rows[i].required) |= bit;
+            }
+        }
+    }
+    return rows;
+}
+
+constinit const std::array<row_bits, attribute_count> attr_row_bits = make_row_bits();
+
+std::uint64_t bits_of(const attribute_set &set) {
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < attribute_count; ++i) {
+        bits |= std::uint64_t{set[i]} << i;
+    }
+    return bits;
+}
+
 } // namespace
 
 constinit const matrix attr_matrix = make_matrix();
@@ -310,8 +340,11 @@ bool check_attributes(symbol *s, attribute_set &set, source_pos position) {
     if (s) {
         merge(c);
     }
+    const std::uint64_t all = bits_of(c.all);
     for (std::size_t i = 0; i < attribute_count; ++i) {
-        if (c.all[i] && !check_one(c, i, set)) {
+        const row_bits &row = attr_row_bits[i];
+        const bool concerned = (row.conflicts & all) != 0 || (row.required != 0 && spec_part_over);
+        if (c.all[i] && concerned && !check_one(c, i, set)) {
             c.good = false;
         }
     }

@@ -300,6 +300,10 @@ bool check_declared_variable(object *o) {
     if (s->kind != sk_variable) {
         return good;
     }
+    if (!good) {
+        o->type = error_type(); // what follows from it is not reported again
+        return false;
+    }
     const source_pos position = o->source_corresp.decl_position;
     const type *t = element_type_of(o->type);
     if ((s->var_flags & vf_equivalenced) && t->contains_ptrs) {

@@ -115,9 +115,16 @@ void make_external(symbol *s, symbol_kind kind, type *return_type) {
     enter_if_named(s);
 }
 
+// Whether CALL makes a name a subroutine. A name with a declared type that is referenced as a function too
+// stays a function: the CALL is the mistake.
+bool is_called_subroutine(const symbol *s) {
+    const bool has_own_type = (s->flags & sf_typed) && !(s->flags & sf_type_implicit);
+    return (s->flags & sf_called_as_subroutine) && !(has_own_type && (s->flags & sf_called_as_function));
+}
+
 // A name of EXTERNAL, or one that was called and is no intrinsic.
 void finish_pending_external(symbol *s) {
-    if (s->flags & sf_called_as_subroutine) {
+    if (is_called_subroutine(s)) {
         make_external(s, sk_subroutine, void_type());
     } else if (s->flags & sf_called) {
         type_if_untyped(s);
@@ -142,7 +149,7 @@ void finish_unused_external(symbol *s) {
         if (!is_known(return_type)) {
             return_type = unspec_routine_type();
         }
-    } else if (s->flags & sf_called_as_subroutine) {
+    } else if (is_called_subroutine(s)) {
         set_symbol_kind(s, sk_subroutine);
         s->entity = o;
         s->flags |= sf_typed;
@@ -233,7 +240,7 @@ void pass_on_marks(const symbol *s) {
     } else {
         outer->flags |= (referenced ? sf_referenced : 0u) | (used_as_bound ? sf_used_as_bound : 0u);
     }
-    outer->flags |= s->flags & (sf_called | sf_called_as_subroutine);
+    outer->flags |= s->flags & (sf_called | sf_called_as_subroutine | sf_called_as_function);
 }
 
 } // namespace

@@ -211,7 +211,7 @@ void compile(int argc, char **argv) {
     }
     check_compilation();
     finish_listing_outputs();
-    if (error_count == 0) {
+    if (error_count == 0 && (il_file || has_module_files(il_root))) {
         merge_constants(&il_root);
         write_module_files(il_root);
         write_il_file(il_root);

@@ -47,12 +47,18 @@ bool is_element(const expr_node *e) {
 
 } // namespace
 
-bool match_one_argument(const expr_node *actual, const param_type *param, bool trial) {
+bool match_one_argument(const expr_node *actual, const param_type *param, binding_mode mode) {
+    const bool trial = mode != binding_mode::call;
     if (!passes_type(actual->type, param->type)) {
         return !trial && lacks_only_bounds(actual->type, param->type);
     }
-    const bool wants_array = is_array(param->type) && param->type->array.rank != 0;
-    return !wants_array || is_array(actual->type) || (!trial && is_element(actual));
+    if (!is_array(param->type) || param->type->array.rank == 0) {
+        return true;
+    }
+    if (!is_array(actual->type)) {
+        return !trial && is_element(actual);
+    }
+    return mode != binding_mode::trial_by_rank || actual->type->array.rank == param->type->array.rank;
 }
 
 // ---- which is which
@@ -131,7 +137,7 @@ binding misfit(placement &found, expr_node *actual) {
 // Further arguments of a routine that takes any number: those with keywords have the names behind that of the
 // last dummy, without a gap. Arguments without a keyword come behind them, or ahead of them if these take the
 // first of the names.
-binding match_numbered(const param_type *last, keyword_table &keywords, bool trial, placement &found) {
+binding match_numbered(const param_type *last, keyword_table &keywords, binding_mode mode, placement &found) {
     const numbered_name name = split_name(last->source_corresp.name);
     std::vector<expr_node *> named;
     std::size_t number = name.number + 1;
@@ -146,7 +152,7 @@ binding match_numbered(const param_type *last, keyword_table &keywords, bool tri
         if (!actual) {
             return binding_keyword_missing;
         }
-        if (!match_one_argument(actual, last, trial)) {
+        if (!match_one_argument(actual, last, mode)) {
             return misfit(found, actual);
         }
         named.push_back(actual);
@@ -160,14 +166,14 @@ binding match_numbered(const param_type *last, keyword_table &keywords, bool tri
 }
 
 binding match_keywords(const type *routine_type, const param_type *p, const param_type *last,
-                       expr_node *first, bool trial, placement &found) {
+                       expr_node *first, binding_mode mode, placement &found) {
     keyword_table keywords = make_keyword_table(first);
     for (; p; p = p->next) {
         expr_node *actual = take_keyword(keywords, p->source_corresp.name);
         if (!actual && !p->is_optional) {
             return binding_keyword_missing;
         }
-        if (actual && !match_one_argument(actual, p, trial)) {
+        if (actual && !match_one_argument(actual, p, mode)) {
             return misfit(found, actual);
         }
         found.of_dummies.push_back(actual);
@@ -179,15 +185,15 @@ binding match_keywords(const type *routine_type, const param_type *p, const para
     if (!routine_type->routine.has_ellipsis || !last) {
         return binding_surplus_keywords;
     }
-    return match_numbered(last, keywords, trial, found);
+    return match_numbered(last, keywords, mode, found);
 }
 
 // Finds the place of each actual argument.
-binding match_arguments(const type *routine_type, expr_node *actual, bool trial, placement &found) {
+binding match_arguments(const type *routine_type, expr_node *actual, binding_mode mode, placement &found) {
     const param_type *p = routine_type->routine.param_type_list;
     const param_type *last = nullptr;
     for (; p && actual && !keyword_of(actual); p = p->next, actual = actual->next) {
-        if (!match_one_argument(actual, p, trial)) {
+        if (!match_one_argument(actual, p, mode)) {
             return misfit(found, actual);
         }
         found.of_dummies.push_back(actual);
@@ -205,13 +211,13 @@ binding match_arguments(const type *routine_type, expr_node *actual, bool trial,
     found.bad_actual = actual;
     const bool repeats = routine_type->routine.has_ellipsis && last;
     for (; actual && !keyword_of(actual); actual = actual->next) {
-        if (repeats && !match_one_argument(actual, last, trial)) {
+        if (repeats && !match_one_argument(actual, last, mode)) {
             return misfit(found, actual);
         }
         found.repeated.push_back(actual);
     }
     if (actual) {
-        return match_keywords(routine_type, p, last, actual, trial, found);
+        return match_keywords(routine_type, p, last, actual, mode, found);
     }
     return repeats ? binding_done : binding_too_many;
 }
@@ -478,15 +484,18 @@ binding rebuild(const type *routine_type, const placement &found, expr_node *&ac
 
 } // namespace
 
-binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_actual, bool trial,
+binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_actual, binding_mode mode,
                        object *routine) {
     if (!routine_type->routine.has_param_info) {
-        return trial ? binding_done : bind_implicit(actuals, is_void_routine(routine_type));
+        return mode == binding_mode::call ? bind_implicit(actuals, is_void_routine(routine_type))
+                                          : binding_done;
     }
     placement found;
-    const binding result = match_arguments(routine_type, actuals, trial, found);
+    const binding result = match_arguments(routine_type, actuals, mode, found);
     bad_actual = found.bad_actual;
-    return result == binding_done && !trial ? rebuild(routine_type, found, actuals, routine) : result;
+    return result == binding_done && mode == binding_mode::call
+               ? rebuild(routine_type, found, actuals, routine)
+               : result;
 }
 
 } // namespace zf90

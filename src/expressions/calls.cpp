@@ -139,7 +139,8 @@ bool check_call(expr_node *node, std::uint32_t flags, object *routine) {
         return false;
     }
     expr_node *bad_actual = nullptr;
-    const binding result = bind_arguments(callee->type, node->operands, bad_actual, false, routine);
+    const binding result =
+        bind_arguments(callee->type, node->operands, bad_actual, binding_mode::call, routine);
     if (!report_binding(result, node, bad_actual)) {
         return false;
     }
@@ -192,14 +193,40 @@ bool has_error_dummy(const type *t) {
     return false;
 }
 
+// Whether the first argument of an intrinsic form is an array, of whatever type.
+bool takes_any_array(intrinsic_code form) {
+    switch (form) {
+    case intr_allocated:
+    case intr_cshift:
+    case intr_eoshift:
+    case intr_lbound:
+    case intr_pack:
+    case intr_reshape:
+    case intr_size:
+    case intr_ubound: return true;
+    default: return false;
+    }
+}
+
+// A form fits an argument of any type as long as nothing better does: SIZE may be a function of the program
+// too, for an object of derived type.
+bool is_left_to_the_program(const object *member, const expr_node *actual) {
+    return is_intrinsic(member) && takes_any_array(handler_index(member)) && actual && !actual->keyword &&
+           !is_array(actual->type);
+}
+
 // Tries a member of an interface. True if nothing further needs to be tried.
-bool try_member(object *member, interface *through, expr_node *&actuals, resolution &found, object *routine) {
+bool try_member(object *member, interface *through, expr_node *&actuals, binding_mode mode, resolution &found,
+                object *routine) {
     if (!is_routine(member) || !member->type->routine.has_param_info || has_error_dummy(member->type)) {
         found.is_unknown = true;
         return false;
     }
+    if (mode == binding_mode::trial_by_rank && is_left_to_the_program(member, actuals)) {
+        return false;
+    }
     expr_node *bad_actual = nullptr;
-    if (bind_arguments(member->type, actuals, bad_actual, true, routine) != binding_done) {
+    if (bind_arguments(member->type, actuals, bad_actual, mode, routine) != binding_done) {
         return false;
     }
     if (!found.specific) {
@@ -207,23 +234,38 @@ bool try_member(object *member, interface *through, expr_node *&actuals, resolut
         found.through = through;
         return is_intrinsic(member); // the order of the intrinsic forms is their priority
     }
-    found.is_ambiguous = !gives_way(member, found.specific);
-    return found.is_ambiguous || is_intrinsic(member);
+    if (gives_way(member, found.specific)) {
+        return is_intrinsic(member);
+    }
+    if (member->is_refused || found.specific->is_refused) {
+        found = {.is_unknown = true}; // that the two clash has been reported
+    } else {
+        found.is_ambiguous = true;
+    }
+    return true;
 }
 
-resolution resolve(interface *generic, expr_node *&actuals, object *routine) {
-    for (interface *i = generic; i && !i->source_corresp.referenced; i = i->inherited) {
-        i->source_corresp.referenced = true;
-    }
+resolution try_members(interface *generic, expr_node *&actuals, binding_mode mode, object *routine) {
     resolution found;
     for (interface *i = generic; i; i = i->inherited) {
         for (object_list_member *m = i->routine_prototype_list; m; m = m->next) {
-            if (try_member(m->object, i, actuals, found, routine)) {
+            if (try_member(m->object, i, actuals, mode, found, routine)) {
                 return found;
             }
         }
     }
     return found;
+}
+
+// The specific procedure of a generic reference. Dummy arrays of explicit shape take arrays of any rank, but
+// two procedures that only the ranks tell apart are told apart by them.
+resolution resolve(interface *generic, expr_node *&actuals, object *routine) {
+    for (interface *i = generic; i && !i->source_corresp.referenced; i = i->inherited) {
+        i->source_corresp.referenced = true;
+    }
+    const resolution found = try_members(generic, actuals, binding_mode::trial_by_rank, routine);
+    return found.specific || found.is_unknown ? found
+                                              : try_members(generic, actuals, binding_mode::trial, routine);
 }
 
 void report_no_match(const expr_node *node, const interface *generic) {
@@ -268,7 +310,8 @@ bool check_generic_call(expr_node *node, std::uint32_t flags, object *routine) {
     node->interface = found.through;
     check_object(found.specific);
     expr_node *bad_actual = nullptr;
-    return bind_arguments(found.specific->type, node->operands, bad_actual, false, routine) == binding_done &&
+    return bind_arguments(found.specific->type, node->operands, bad_actual, binding_mode::call, routine) ==
+               binding_done &&
            finish_call(node, flags, routine);
 }
 

@@ -22,14 +22,20 @@ enum binding : std::uint8_t {
     binding_reported = 6 // everything has its place, but an argument is in error
 };
 
-// Matches a list of actual arguments with the dummies of a routine type. With `trial` only the question is
-// answered; else the list is put in the order of the dummies, with keywords, and an `enk_empty` for each one
-// that is absent. `bad_actual` is the argument that does not fit or is too much. `routine` is the program
-// unit around the call, or null.
-binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_actual, bool trial,
+enum class binding_mode : std::uint8_t {
+    trial_by_rank, // asks whether the arguments fit, an array only to a dummy array of its rank
+    trial,         // asks whether they fit, arrays of other ranks by sequence association too
+    call           // binds them
+};
+
+// Matches a list of actual arguments with the dummies of a routine type. A trial only answers the question;
+// for a call the list is put in the order of the dummies, with keywords, and an `enk_empty` for each one that
+// is absent. `bad_actual` is the argument that does not fit or is too much. `routine` is the program unit
+// around the call, or null.
+binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_actual, binding_mode mode,
                        object *routine);
 
-bool match_one_argument(const expr_node *actual, const param_type *param, bool trial);
+bool match_one_argument(const expr_node *actual, const param_type *param, binding_mode mode);
 
 // The checks between a bound actual argument and its dummy, which is null for an implicit interface. False
 // after an error, which has been reported.

@@ -264,7 +264,7 @@ expr_node *finish_list() {
         mark_error_node(node);
     }
     if (list.in_designator && !list.has_triplet) {
-        list.symbol->flags |= sf_called;
+        list.symbol->flags |= sf_called | sf_called_as_function;
     }
     return node;
 }

@@ -183,6 +183,9 @@ bool queued_types_equal() {
 } // namespace
 
 bool types_equal(const type *a, const type *b) {
+    if (a == b || !a || !b || a->type_code != b->type_code) {
+        return a == b;
+    }
     start_pairs(type_pairs);
     queue_types(a, b);
     return queued_types_equal();

@@ -81,13 +81,6 @@ expr_node *not_below_zero(expr_node *e, source_pos position) {
     return make_intrinsic(intr_max0, e, integer_node(0, position), position);
 }
 
-expr_node *skip_refs(expr_node *e) {
-    while (e->node_kind == enk_ref) {
-        e = e->reference;
-    }
-    return e;
-}
-
 bool is_variable(const expr_node *e) {
     return e->node_kind == enk_object || e->node_kind == enk_field || e->node_kind == enk_param;
 }
@@ -148,9 +141,9 @@ bound combine_extents(operation_kind op, const bound &a, const bound &b, source_
 
 // The expression that gives another one its shape.
 expr_node *source_of_shape(expr_node *expr) {
-    expr_node *e = skip_refs(expr);
+    expr_node *e = without_refs(expr);
     while (is_array(e->type) && e->type->array.shape_kind == same_shape) {
-        expr_node *source = skip_refs(e->type->array.args);
+        expr_node *source = without_refs(e->type->array.args);
         if (source == e || rank_of(source->type) != e->type->array.rank) {
             break;
         }
@@ -188,7 +181,7 @@ expr_node *bound_of_whole(expr_node *whole, unsigned dimension, bool upper) {
     if (table && table->bounds[upper ? rank + dimension - 1 : dimension - 1].kind == bound_constant) {
         return integer_node(table->bounds[upper ? rank + dimension - 1 : dimension - 1].value, position);
     }
-    if (upper && !is_variable(skip_refs(whole))) {
+    if (upper && !is_variable(without_refs(whole))) {
         return expr_extent(whole, dimension); // the lower bound is 1
     }
     return make_intrinsic(upper ? intr_ubound : intr_lbound, ref_at(whole, position),
@@ -210,7 +203,7 @@ expr_node *triplet_extent(expr_node *triplet, expr_node *whole, unsigned dimensi
 expr_node *section_extent(expr_node *section, unsigned dimension) {
     unsigned of_whole = 1;
     for (expr_node *e = section->ind_list; e; e = e->next, ++of_whole) {
-        expr_node *subscript = skip_refs(e);
+        expr_node *subscript = without_refs(e);
         if (!is_array(subscript->type) || --dimension != 0) {
             continue;
         }
@@ -331,7 +324,7 @@ void section_bounds(type *t) {
     if (t->array.shape_kind != same_shape) {
         return;
     }
-    expr_node *source = skip_refs(t->array.args);
+    expr_node *source = without_refs(t->array.args);
     bound_info_entry *table = new_bound_info_entry(t->array.rank);
     for (unsigned d = 1; d <= t->array.rank; ++d) {
         set_constant_bound(table->bounds[d - 1], 1);

@@ -250,9 +250,7 @@ expr_node *new_error_node() {
 }
 
 expr_node *new_ref(expr_node *target) {
-    while (target->node_kind == enk_ref) {
-        target = target->reference;
-    }
+    target = without_refs(target);
     expr_node *node = new_expr_node(enk_ref);
     node->intent_in = true;
     node->type = target->type;

@@ -50,6 +50,14 @@ expr_node *new_intrinsic_node(intrinsic_code code, type *result, expr_node *oper
 expr_node *new_error_node();
 expr_node *new_ref(expr_node *target); // to the first target that is no ref itself
 
+// What a chain of refs leads to.
+inline expr_node *without_refs(expr_node *e) {
+    while (e->node_kind == enk_ref) {
+        e = e->reference;
+    }
+    return e;
+}
+
 // The position of the current statement (statements/loop.h sets it).
 extern source_pos stmt_pos;
 

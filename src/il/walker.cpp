@@ -45,7 +45,15 @@ void push(step what, il_entry *entry, entry_kind kind, std::uint32_t size = 0) {
     new (&frames[frame_count++]) frame{entry, size, kind, what};
 }
 
-void child(il_entry *entry, entry_kind kind) { push(step::entry, entry, kind); }
+bool is_taken(const il_entry *entry) { return (entry->il_id & il_visit_mark) == target_mark; }
+
+// Most children are types and objects that the pass has met before: they need no frame.
+void child(il_entry *entry, entry_kind kind) {
+    if (entry && !is_taken(entry)) {
+        push(step::entry, entry, kind);
+    }
+}
+
 void list(il_entry *head, entry_kind kind) { push(step::list, head, kind); }
 
 void bounds(bound_info_entry *b, unsigned rank) {
@@ -416,7 +424,7 @@ void push_children(const frame &f) {
 
 // Flips the mark of an entry that this pass meets for the first time.
 bool take(il_entry *entry) {
-    if (!entry || (entry->il_id & il_visit_mark) == target_mark) {
+    if (!entry || is_taken(entry)) {
         return false;
     }
     entry->il_id ^= il_visit_mark;
@@ -458,7 +466,9 @@ void walk_entry(const frame &f) {
     // The last one pushed is the first one walked.
     const std::size_t first_child = frame_count;
     push_children(f);
-    std::reverse(frames + first_child, frames + frame_count);
+    if (frame_count - first_child > 1) {
+        std::reverse(frames + first_child, frames + frame_count);
+    }
 }
 
 void walk_pass(const frame &root, il_visitor pre_step, il_visitor visitor) {
@@ -470,7 +480,9 @@ void walk_pass(const frame &root, il_visitor pre_step, il_visitor visitor) {
     frame_count = 0;
     push(step::entry, root.entry, root.kind, root.size);
     while (frame_count > 0) {
-        const frame f = frames[--frame_count];
+        // Field by field, as it was written: a load of the whole would wait for the stores.
+        const frame &top = frames[--frame_count];
+        const frame f{top.entry, top.size, top.kind, top.what};
         switch (f.what) {
         case step::entry: walk_entry(f); break;
         case step::list:

@@ -27,7 +27,8 @@ bool is_in_common(const object *o) {
 // Whether a restricted expression of the routine may use the value of the object.
 bool is_permitted(const object *o, const object *routine) {
     return !routine || o->is_constant || o->is_parameter || o->storage_class == sc_use_associated ||
-           is_in_common(o) || o->source_corresp.scope_depth <= routine->source_corresp.scope_depth;
+           o->storage_class == sc_implied_do_var || is_in_common(o) ||
+           o->source_corresp.scope_depth <= routine->source_corresp.scope_depth;
 }
 
 bool refuse_name(const expr_node *e) {
@@ -44,14 +45,26 @@ bool walk_list(expr_node *list, object *routine) {
     return true;
 }
 
-// The first argument of an inquiry, which is not evaluated: any variable will do if its bounds are known or
-// not asked for.
+// Whether the bounds and the length of an object are what its declaration says: numbers, or expressions that
+// have been found restricted there.
+bool has_declared_bounds(const object *o) {
+    if (o->is_allocatable || o->is_pointer ||
+        (is_array(o->type) && o->type->array.shape_kind != explicit_shape)) {
+        return false;
+    }
+    const type *t = element_type_of(o->type);
+    return t->type_code != tk_fcharacter || t->character.length.kind == bound_constant ||
+           t->character.length.kind == bound_expression;
+}
+
+// The first argument of an inquiry, which is not evaluated: any variable will do if its bounds are declared
+// or not asked for.
 bool restricted_inquiry_walk(expr_node *expr, object *routine, bool for_bounds) {
     expr_node *e = expr;
     for (;;) {
         switch (e->node_kind) {
         case enk_object:
-            return is_permitted(e->object, routine) || !for_bounds || has_known_bounds(e->object) ||
+            return is_permitted(e->object, routine) || !for_bounds || has_declared_bounds(e->object) ||
                    refuse_name(e);
         case enk_field: e = e->base_expr; break;
         case enk_ref: e = e->reference; break;
@@ -76,6 +89,11 @@ bool walk_intrinsic(expr_node *e, object *routine) {
            walk_list(e->operands->next, routine);
 }
 
+bool walk_loop(const do_loop &loop, object *routine) {
+    return restricted_walk(loop.initial_value, routine) && restricted_walk(loop.final_value, routine) &&
+           (!loop.increment || restricted_walk(loop.increment, routine));
+}
+
 bool walk_restricted(expr_node *e, object *routine) {
     switch (e->node_kind) {
     case enk_operation:
@@ -87,7 +105,7 @@ bool walk_restricted(expr_node *e, object *routine) {
     case enk_substring:
     case enk_section: return restricted_walk(e->array_expr, routine) && walk_list(e->ind_list, routine);
     case enk_constructor: return walk_list(e->constructor, routine);
-    case enk_implied_do: return walk_list(e->expr_list, routine);
+    case enk_implied_do: return walk_list(e->expr_list, routine) && walk_loop(*e->do_info, routine);
     case enk_triplet:
         return (!e->first || restricted_walk(e->first, routine)) &&
                (!e->second || restricted_walk(e->second, routine)) &&

@@ -6,6 +6,7 @@
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "driver/deep_call.h"
+#include "il/entries.h"
 #include "il/fields.h"
 #include "il/types.h"
 #include "intrinsics/seed_table.h"
@@ -32,11 +33,89 @@ template <class T> std::span<T> all(entry_kind kind) {
 
 // ---- trees and lists end
 
+// Following `next` from an entry never leads back to it.
+template <class T, class Next> void check_chains(entry_kind kind, Next next) {
+    const std::span<T> entries = all<T>(kind);
+    std::vector<std::uint32_t> first_walk(entries.size(), 0);
+    std::uint32_t walk = 0;
+    for (const T &head : entries) {
+        ++walk;
+        for (const T *entry = &head; entry; entry = next(*entry)) {
+            std::uint32_t &mark = first_walk[static_cast<std::size_t>(entry - entries.data())];
+            require(mark != walk);
+            if (mark != 0) {
+                break;
+            }
+            mark = walk;
+        }
+    }
+}
+
 // Calls `visit` with the head of each list and with each single entry that an entry consists of, and with the
 // next one of its own list.
-template <class Visit> void visit_bound(const bound &b, Visit visit) {
-    if (b.kind == bound_expression || b.kind == bound_same_as) {
-        visit(b.expr);
+template <class Visit> void visit_operands(const expr_node &e, Visit visit) {
+    switch (e.node_kind) {
+    case enk_operation:
+    case enk_intrinsic:
+    case enk_call: visit(e.operands); break;
+    case enk_constant: visit(e.constant); break;
+    case enk_field: visit(e.base_expr); break;
+    case enk_subscript:
+    case enk_substring:
+    case enk_section:
+        visit(e.array_expr);
+        visit(e.ind_list);
+        break;
+    case enk_constructor: visit(e.constructor); break;
+    case enk_implied_do:
+    case enk_isum:
+        visit(e.expr_list);
+        visit(e.do_info->variable);
+        visit(e.do_info->initial_value);
+        visit(e.do_info->final_value);
+        visit(e.do_info->increment);
+        break;
+    case enk_triplet:
+        visit(e.first);
+        visit(e.second);
+        visit(e.stride);
+        break;
+    case enk_ref: visit(e.reference); break;
+    default: break;
+    }
+}
+
+// The expression that a type has its shape or length from. Most types of that kind are the type of that very
+// expression: there, shape and length come from its operands.
+template <class Visit> void visit_source(const type &t, expr_node *e, Visit visit) {
+    const expr_node *source = e ? without_refs(e) : nullptr;
+    const type *own = source ? source->type : nullptr;
+    if (own == &t || (own && own->type_code == tk_farray && own->array.element_type == &t)) {
+        visit_operands(*source, visit);
+    } else {
+        visit(e);
+    }
+}
+
+template <class Visit> void visit_length(const type &t, Visit visit) {
+    const bound &length = t.character.length;
+    if (length.kind == bound_expression) {
+        visit(length.expr);
+    } else if (length.kind == bound_same_as) {
+        visit_source(t, length.expr, visit);
+    }
+}
+
+template <class Visit> void visit_shape(const type &t, Visit visit) {
+    if (t.array.shape_kind > as_shaped) {
+        visit_source(t, t.array.args, visit);
+        return;
+    }
+    for (unsigned i = 0; i < 2u * t.array.rank; ++i) {
+        const bound &b = t.array.bound->bounds[i];
+        if (b.kind == bound_expression || b.kind == bound_same_as) {
+            visit(b.expr);
+        }
     }
 }
 
@@ -46,16 +125,10 @@ template <class Visit> void visit_parts(const type &t, Visit visit) {
         visit(t.routine.return_type);
         visit(t.routine.param_type_list);
         break;
-    case tk_fcharacter: visit_bound(t.character.length, visit); break;
+    case tk_fcharacter: visit_length(t, visit); break;
     case tk_farray:
         visit(t.array.element_type);
-        if (t.array.shape_kind > as_shaped) {
-            visit(t.array.args);
-            break;
-        }
-        for (unsigned i = 0; i < 2u * t.array.rank; ++i) {
-            visit_bound(t.array.bound->bounds[i], visit);
-        }
+        visit_shape(t, visit);
         break;
     case tk_derived_type: visit(t.derived.first_field); break;
     default: break;
@@ -90,35 +163,7 @@ template <class Visit> void visit_parts(const constant &c, Visit visit) {
 template <class Visit> void visit_parts(const expr_node &e, Visit visit) {
     visit(e.type);
     visit(e.next);
-    switch (e.node_kind) {
-    case enk_operation:
-    case enk_intrinsic:
-    case enk_call: visit(e.operands); break;
-    case enk_constant: visit(e.constant); break;
-    case enk_field: visit(e.base_expr); break;
-    case enk_subscript:
-    case enk_substring:
-    case enk_section:
-        visit(e.array_expr);
-        visit(e.ind_list);
-        break;
-    case enk_constructor: visit(e.constructor); break;
-    case enk_implied_do:
-    case enk_isum:
-        visit(e.expr_list);
-        visit(e.do_info->variable);
-        visit(e.do_info->initial_value);
-        visit(e.do_info->final_value);
-        visit(e.do_info->increment);
-        break;
-    case enk_triplet:
-        visit(e.first);
-        visit(e.second);
-        visit(e.stride);
-        break;
-    case enk_ref: visit(e.reference); break;
-    default: break;
-    }
+    visit_operands(e, visit);
 }
 
 // The entries that have parts, as the nodes of a graph.
@@ -182,24 +227,6 @@ void check_parts() {
 #undef RELEASE_PARTS
     }
     require(taken == count);
-}
-
-// A list of cells does not lead back into itself.
-void check_member_lists() {
-    const std::span<object_list_member> cells = all<object_list_member>(kind_object_list_member);
-    std::vector<std::uint32_t> first_walk(cells.size(), 0);
-    std::uint32_t walk = 0;
-    for (const object_list_member &head : cells) {
-        ++walk;
-        for (const object_list_member *m = &head; m; m = m->next) {
-            std::uint32_t &mark = first_walk[static_cast<std::size_t>(m - cells.data())];
-            require(mark != walk);
-            if (mark != 0) {
-                break;
-            }
-            mark = walk;
-        }
-    }
 }
 
 // ---- types
@@ -561,12 +588,17 @@ void check_all_entries() {
     for (const expr_node &e : all<expr_node>(kind_expr_node)) {
         // What the graph of parts looks into.
         require((e.node_kind != enk_implied_do && e.node_kind != enk_isum) || e.do_info);
+        require(e.node_kind != enk_ref || e.reference);
     }
     for (const type &t : all<type>(kind_type)) {
         require(t.type_code != tk_farray || t.array.shape_kind > as_shaped || t.array.bound);
     }
+    check_chains<expr_node>(kind_expr_node, [](const expr_node &e) -> const expr_node * {
+        return e.node_kind == enk_ref ? e.reference : nullptr;
+    });
     check_parts();
-    check_member_lists();
+    check_chains<object_list_member>(kind_object_list_member,
+                                     [](const object_list_member &m) { return m.next; });
     for (type &t : all<type>(kind_type)) {
         check_type_entry(t);
     }

@@ -103,6 +103,14 @@ symbol *read_module(const name_locator &name) {
     return s;
 }
 
+// The first module on a list of program units that is defined here; null if there is none.
+object *next_module(object *o) {
+    while (o && (o->storage_class != sc_module || !o->variant.assoc_scope)) {
+        o = o->next;
+    }
+    return o;
+}
+
 } // namespace
 
 void write_module_file(il_header &root, object *module) {
@@ -122,11 +130,11 @@ void write_module_file(il_header &root, object *module) {
     il_file = outer;
 }
 
+bool has_module_files(const il_header &root) { return next_module(root.primary_scope->objects) != nullptr; }
+
 void write_module_files(il_header &root) {
-    for (object *o = root.primary_scope->objects; o; o = o->next) {
-        if (o->storage_class == sc_module && o->variant.assoc_scope) {
-            write_module_file(root, o);
-        }
+    for (object *o = next_module(root.primary_scope->objects); o; o = next_module(o->next)) {
+        write_module_file(root, o);
     }
 }
 

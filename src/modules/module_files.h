@@ -6,6 +6,9 @@
 
 namespace zf90 {
 
+// Whether this source has defined modules.
+bool has_module_files(const il_header &root);
+
 // Writes the files of all modules that this source has defined. Failures are catastrophic.
 void write_module_files(il_header &root);
 

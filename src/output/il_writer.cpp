@@ -24,34 +24,37 @@ std::array<std::uint32_t, entry_kind_count> counters;
 // the routine of a COMMON block, the next constant of a list of the compilation.
 std::array<std::vector<const il_entry *>, entry_kind_count> members;
 
+// Room for the fields of any record, but for texts and values of arbitrary length.
+constexpr std::size_t record_space = 2048;
+
 void flush_buffer() {
     std::fwrite(buffer.data(), 1, buffered, output);
     buffered = 0;
 }
 
-void put(char c) {
-    if (buffered == buffer.size()) {
-        flush_buffer();
-    }
-    buffer[buffered++] = c;
-}
-
-void put(const char *text, std::size_t length) {
+void reserve(std::size_t length) {
     if (length > buffer.size() - buffered) {
         flush_buffer();
-        if (length > buffer.size()) {
-            std::fwrite(text, 1, length, output);
-            return;
-        }
+    }
+}
+
+// The caller has reserved the room for these.
+void put(char c) { buffer[buffered++] = c; }
+
+template <class I> void put_number(I value) {
+    char *const to = buffer.data() + buffered;
+    buffered = static_cast<std::size_t>(std::to_chars(to, to + 24, value).ptr - buffer.data());
+}
+
+// A text of any length; room for the fields behind it remains.
+void put_text(const char *text, std::size_t length) {
+    reserve(length + record_space);
+    if (length + record_space > buffer.size()) {
+        std::fwrite(text, 1, length, output);
+        return;
     }
     std::memcpy(buffer.data() + buffered, text, length);
     buffered += length;
-}
-
-template <class I> void put_number(I value) {
-    char digits[24];
-    const char *end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-    put(digits, static_cast<std::size_t>(end - digits));
 }
 
 std::uint32_t number_of(const il_entry &entry) { return entry.il_id & il_number_mask; }
@@ -113,7 +116,7 @@ struct field_writer {
         put_number(length);
         put('h');
         if (length > 0) {
-            put(text, length);
+            put_text(text, length);
         }
     }
 
@@ -124,6 +127,7 @@ struct field_writer {
         put('x');
         for (std::uint32_t i = 0; i < size; ++i) {
             static constexpr char hex[] = "0123456789ABCDEF";
+            reserve(2 + record_space);
             put(hex[c.value.bytes[i] >> 4]);
             put(hex[c.value.bytes[i] & 15]);
         }
@@ -182,9 +186,9 @@ void number_entry(il_entry *entry, entry_kind kind, std::uint32_t size) {
 void write_head(il_entry *, entry_kind, std::uint32_t) {
     static constexpr char banner_head[] = "ZENKO IL file (v";
     static constexpr char banner_tail[] = ")\f\f\n";
-    put(banner_head, sizeof banner_head - 1);
-    put(il_format_version, std::strlen(il_format_version));
-    put(banner_tail, sizeof banner_tail - 1);
+    put_text(banner_head, sizeof banner_head - 1);
+    put_text(il_format_version, std::strlen(il_format_version));
+    put_text(banner_tail, sizeof banner_tail - 1);
     put('0');
     for (unsigned kind = kind_il_header; kind < entry_kind_count; ++kind) {
         put(',');
@@ -223,6 +227,7 @@ void write_symbol(symbol &s, field_writer &w) {
 }
 
 void write_record(il_entry *entry, entry_kind kind, std::uint32_t size) {
+    reserve(record_space);
     put(entry_kind_letter(kind));
     put_number(number_of(*entry));
     field_writer w;
@@ -247,7 +252,7 @@ bool write_records(il_header &root, std::FILE *stream) {
     for (auto &list : members) {
         list.clear();
     }
-    put("0\n", 2);
+    put_text("0\n", 2);
     flush_buffer();
     const bool flushed = std::fflush(stream) == 0;
     const bool clean = std::ferror(stream) == 0;

@@ -86,6 +86,11 @@ bool read_dependent_statement(const governing_statement &governing) {
     const outer_statement outer;
     classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
+        // With nothing behind the condition it most likely lacks THEN: its ELSE and END IF will come.
+        const bool nothing_follows = next_token(lex_peek) == tok_eos;
+        if (governing.kind == stmk_if && nothing_follows && construct_depth >= 0) {
+            ++top_construct().refused_ifs;
+        }
         return false;
     }
     if (!governing.can_depend(curr_stmt_kind)) {

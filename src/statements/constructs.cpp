@@ -157,7 +157,8 @@ void push_construct(construct_kind kind, statement *s) {
                                         .outer_with_label = -1,
                                         .loop = loop,
                                         .top_label_stmt = nullptr,
-                                        .refused_name = nullptr};
+                                        .refused_name = nullptr,
+                                        .refused_ifs = 0};
     ++next_construct_number;
     if (is_loop(kind)) {
         reach_state = reachable;
@@ -210,6 +211,10 @@ void close_open_constructs() {
                                                  : msg_do_statement_was_never_terminated,
                      entry.start_pos);
             excuse_label(entry.end_label);
+        }
+        // Nothing is known of where the loop ends, so what its body does to the variable is not judged.
+        if (entry.kind == cons_do) {
+            entry.statement->do_loop = nullptr;
         }
         pop_construct();
     }
@@ -298,6 +303,11 @@ bool has_construct_name(const construct_entry &entry, const construct_name &name
 }
 
 bool close_construct(construct_kind kind, const construct_name &name) {
+    if (kind == cons_block_if && construct_depth >= 0 && top_construct().refused_ifs > 0) {
+        top_construct().refused_ifs -= curr_stmt_kind == stmtk_end_if ? 1 : 0;
+        reach_state = reachable;
+        return false;
+    }
     const int found = nearest_construct(kind);
     if (found < 0) {
         error_at(msg_this_statement_is_not_allowed_inside_current_executable, stmt_pos);

@@ -44,6 +44,7 @@ struct construct_entry {
     int loop;                         // the innermost loop at this place, which may be this one; -1 if none
     struct statement *top_label_stmt; // the stmk_label with the construct's name, or of the loop; or null
     const struct atom *refused_name;  // a construct name that was already taken; that has been reported
+    std::uint32_t refused_ifs;        // IFs within it that lacked THEN or a statement; that has been reported
 };
 
 // ---- the stack. Pointers to entries last until the next push.
@@ -107,7 +108,8 @@ bool has_construct_name(const construct_entry &entry, const construct_name &name
 bool is_named(const construct_entry &entry);
 
 // For the closing and middle statements of a construct: makes the nearest one of that kind the top, error 322
-// if others were open within it. False with error 425, and nothing changed, if there is none. The name is
+// if others were open within it. False with error 425, and nothing changed, if there is none; but an IF whose
+// head was refused takes its ELSE and END IF with it in silence. The name is
 // compared (errors 58 and 209, which don't matter for the result).
 bool close_construct(construct_kind kind, const construct_name &name);
 

@@ -18,9 +18,9 @@ namespace {
 
 char format_buffer[stmt_buffer_size]; // the tokens are no longer than their statement
 char *format_end;
-bool format_failed;   // something was reported: the text is of no use
-bool token_failed;    // the tokenizer has found fault with the current token
-bool text_unfinished; // a text has no end that is known, and took all of the statement
+bool format_failed; // something was reported: the text is of no use
+bool token_failed;  // the tokenizer has found fault with the current token
+bool end_unknown;   // what has been reported took the rest of the statement with it
 
 // Reads a token and writes it down. Letters come in upper case.
 void format_token() {
@@ -31,6 +31,15 @@ void format_token() {
     if (!format_failed && curr_token != tok_eos) {
         format_end = std::copy_n(token_text, token_length, format_end);
     }
+}
+
+// Reports what is wrong with the syntax and goes on behind it.
+void format_syntax_error(error_code code, source_pos position) {
+    const bool at_end = curr_token == tok_eos;
+    error_pos = position;
+    syntax_error(code);
+    format_failed = true;
+    end_unknown = end_unknown || (curr_token == tok_eos && !at_end);
 }
 
 void format_error(error_code code, source_pos position) {
@@ -284,8 +293,8 @@ void parse_nothing(format_item &item) {
 
 void parse_text(format_item &item) {
     item.no_scale = item.no_repeat = true;
-    text_unfinished = token_failed;
-    if (text_unfinished) {
+    if (token_failed) {
+        end_unknown = true;
         skip_to_eos(); // where the text was to end is not clear
         return;
     }
@@ -315,9 +324,7 @@ void report_item(const format_item &item) {
         format_error(msg_repeat_count_is_not_allowed, item.repeat_pos);
     }
     if (item.code != error_code{}) {
-        error_pos = item.code_pos;
-        syntax_error(item.code);
-        format_failed = true;
+        format_syntax_error(item.code, item.code_pos);
     }
 }
 
@@ -330,9 +337,7 @@ bool at_separator() {
 bool next_item(int &open_groups) {
     for (;;) {
         if (!at_separator()) {
-            error_pos = curr_token_pos;
-            syntax_error(msg_expected_comma);
-            format_failed = true;
+            format_syntax_error(msg_expected_comma, curr_token_pos);
         }
         if (curr_token == tok_slash || at_colon()) {
             format_token();
@@ -393,7 +398,7 @@ constant *format_constant(source_pos position) {
 
 bool stmt_format() {
     format_end = format_buffer;
-    format_failed = text_unfinished = false;
+    format_failed = end_unknown = false;
     format_token();
     const source_pos position = curr_token_pos;
     if (curr_token == tok_lparen) {
@@ -401,7 +406,7 @@ bool stmt_format() {
         if (curr_token != tok_rparen) {
             parse_format_list();
         }
-        if (!text_unfinished && !accept_token(tok_rparen, msg_expected_rparen, 0)) {
+        if (!end_unknown && !accept_token(tok_rparen, msg_expected_rparen, 0)) {
             format_failed = true;
         }
     } else {

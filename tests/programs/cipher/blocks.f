@@ -1,0 +1,167 @@
+C     CIPHERS: LETTERS BY TABLE, LETTERS BY KEY WORD, AND BLOCKS OF TWO
+C     WORDS WITH A KEY OF FOUR
+      MODULE BLOCKS
+      USE BITOPS
+      IMPLICIT NONE
+      CHARACTER*26, PARAMETER ::
+     &   UPPER = 'ABCDEFGHIJKLMNOPQRSTUVWXYZ',
+     &   LOWER = 'abcdefghijklmnopqrstuvwxyz'
+      INTEGER, PARAMETER :: ROUNDS = 32
+
+      TYPE KEY
+         SEQUENCE
+         INTEGER WORDS(0:3)
+         LOGICAL SECRET
+      END TYPE KEY
+
+      INTERFACE ASSIGNMENT (=)
+         MODULE PROCEDURE KEYTXT
+      END INTERFACE
+
+      INTERFACE SHIFT
+         MODULE PROCEDURE CAESAR, VIGNER
+      END INTERFACE
+
+      CONTAINS
+
+C     A KEY FROM THE SIXTEEN FIRST LETTERS OF A TEXT
+      SUBROUTINE KEYTXT (K, TEXT)
+      TYPE(KEY), INTENT(OUT) :: K
+      CHARACTER(LEN=*), INTENT(IN) :: TEXT
+      CHARACTER(LEN=16) PHRASE
+      INTEGER I, J
+      PHRASE = TEXT
+      DO 10 I = 0, 3
+   10 K%WORDS(I) = ASWORD((/ (IACHAR(PHRASE(4*I+J:4*I+J)), J = 1, 4) /))
+      K % SECRET = TEXT .NE. ' '
+      END SUBROUTINE KEYTXT
+
+C     ONE BLOCK OF TWO WORDS; FORWARD TO HIDE, ELSE TO SHOW
+      SUBROUTINE CRYPT (V, K, FORWRD)
+      INTEGER, INTENT(INOUT) :: V(2)
+      TYPE(KEY), INTENT(IN) :: K
+      LOGICAL, INTENT(IN) :: FORWRD
+      INTEGER ROUND, SUM
+      INTEGER, PARAMETER :: HIGH = 40503, LOW = 31161
+      INTEGER DELTA
+      DELTA = IOR(ISHFT(HIGH, 16), LOW)
+      IF (FORWRD) THEN
+         SUM = 0
+         DO ROUND = 1, ROUNDS
+            V(1) = V(1) .PLUS. MIX(V(2), K%WORDS(IAND(SUM, 3)))
+            SUM = SUM .PLUS. DELTA
+            V(2) = V(2) .PLUS.
+     &             MIX(V(1), K%WORDS(IBITS(SUM, 11, 2)))
+         END DO
+      ELSE
+         SUM = MUL32(DELTA, ROUNDS)
+         DO ROUND = ROUNDS, 1, -1
+            V(2) = V(2) .PLUS.
+     &             NEGATE(MIX(V(1), K%WORDS(IBITS(SUM, 11, 2))))
+            SUM = SUM .PLUS. NEGATE(DELTA)
+            V(1) = V(1) .PLUS. NEGATE(MIX(V(2), K%WORDS(IAND(SUM, 3))))
+         END DO
+      END IF
+
+      CONTAINS
+         INTEGER FUNCTION MIX (WORD, PART)
+         INTEGER, INTENT(IN) :: WORD, PART
+         MIX = (ISHFT(WORD, 4) .XOR. ISHFT(WORD, -5)) .PLUS. WORD
+         MIX = MIX .XOR. (SUM .PLUS. PART)
+         END FUNCTION MIX
+
+         INTEGER FUNCTION NEGATE (WORD)
+         INTEGER, INTENT(IN) :: WORD
+         NEGATE = NOT(WORD) .PLUS. 1
+         END FUNCTION NEGATE
+      END SUBROUTINE CRYPT
+
+C     A WHOLE TEXT, EIGHT LETTERS A BLOCK, EACH BLOCK MIXED WITH THE
+C     HIDDEN ONE BEFORE IT
+      SUBROUTINE HIDE (TEXT, K, OUT, N)
+      CHARACTER(LEN=*), INTENT(IN) :: TEXT
+      TYPE(KEY), INTENT(IN)  :: K
+      INTEGER, INTENT(OUT)   :: OUT(:)
+      INTEGER, INTENT(OUT)   :: N
+      CHARACTER(LEN=8) PIECE
+      INTEGER I, J, V(2), CHAIN(2)
+      N = 0
+      CHAIN = 0
+      DO I = 1, LEN(TEXT), 8
+         PIECE = TEXT(I:)
+         V(1) = ASWORD((/ (IACHAR(PIECE(J:J)), J = 1, 4) /))
+         V(2) = ASWORD((/ (IACHAR(PIECE(J:J)), J = 5, 8) /))
+         V = V .XOR. CHAIN
+         CALL CRYPT (V, K, .TRUE.)
+         CHAIN = V
+         OUT(N+1:N+2) = V
+         N = N + 2
+      END DO
+      END SUBROUTINE HIDE
+
+      SUBROUTINE REVEAL (IN, K, TEXT)
+      INTEGER, INTENT(IN) :: IN(:)
+      TYPE(KEY), INTENT(IN) :: K
+      CHARACTER(LEN=*), INTENT(OUT) :: TEXT
+      INTEGER I, J, V(2), CHAIN(2), B(4, 2)
+      TEXT = ' '
+      CHAIN = 0
+      DO I = 1, SIZE(IN), 2
+         V = IN(I:I+1)
+         CALL CRYPT (FORWRD = .FALSE., V = V, K = K)
+         V = V .XOR. CHAIN
+         CHAIN = IN(I:I+1)
+         CALL BYTES (V(1), B(:, 1))
+         CALL BYTES (V(2), B(:, 2))
+         DO J = 1, 8
+            TEXT(4*I+J-4:4*I+J-4) =
+     &         ACHAR(B(1 + MOD(J - 1, 4), 1 + (J - 1)/4))
+         END DO
+      END DO
+      END SUBROUTINE REVEAL
+
+C     LETTERS MOVED ALONG THE ALPHABET, ALL BY THE SAME ...
+      FUNCTION CAESAR (TEXT, BY) RESULT (CODED)
+      CHARACTER(LEN=*), INTENT(IN) :: TEXT
+      INTEGER, INTENT(IN) :: BY
+      CHARACTER(LEN=LEN(TEXT)) CODED
+      INTEGER I
+      DO I = 1, LEN(TEXT)
+         CODED(I:I) = MOVED(TEXT(I:I), BY)
+      END DO
+      END FUNCTION CAESAR
+
+C     ... OR BY THE LETTERS OF A WORD
+      FUNCTION VIGNER (TEXT, WORD, BACK) RESULT (CODED)
+      CHARACTER(LEN=*), INTENT(IN) :: TEXT, WORD
+      LOGICAL, INTENT(IN), OPTIONAL :: BACK
+      CHARACTER(LEN=LEN(TEXT)) CODED
+      INTEGER I, K, WAY
+      WAY = 1
+      IF (PRESENT(BACK)) WAY = MERGE(-1, 1, BACK)
+      K = 0
+      DO I = 1, LEN(TEXT)
+         K = MOD(K, LEN_TRIM(WORD)) + 1
+         CODED(I:I) = MOVED(TEXT(I:I), WAY*(INDEX(UPPER, WORD(K:K))-1))
+      END DO
+      END FUNCTION VIGNER
+
+      CHARACTER FUNCTION MOVED (C, BY)
+      CHARACTER, INTENT(IN) :: C
+      INTEGER, INTENT(IN) :: BY
+      INTEGER P
+      MOVED = C
+      P = INDEX(UPPER, C)
+      IF (P .GT. 0) THEN
+         P = MODULO(P - 1 + BY, 26) + 1
+         MOVED = UPPER(P:P)
+         RETURN
+      END IF
+      P = INDEX(LOWER, C)
+      IF (P .GT. 0) THEN
+         P = MODULO(P - 1 + BY, LEN(LOWER)) + 1
+         MOVED = LOWER(P:P)
+      END IF
+      END FUNCTION MOVED
+
+      END MODULE BLOCKS

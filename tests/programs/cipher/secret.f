@@ -1,0 +1,51 @@
+C     TRIES THE CHECKSUMS AND CIPHERS
+      PROGRAM SECRET
+      USE SUMS
+      USE BLOCKS, ROT => CAESAR
+      IMPLICIT NONE
+      CHARACTER(LEN=*), PARAMETER :: TEXT =
+     &   'The quick brown fox jumps over the lazy dog'
+      CHARACTER(LEN=48) BACK
+      TYPE(KEY) :: K, WRONG
+      INTEGER HIDDEN(20), N, LETTER(26)
+      INTEGER I
+      INTEGER MASK
+      EQUIVALENCE (MASK, LETTER(1))
+      LOGICAL OK(4)
+
+C     CHECKSUMS OF WELL-KNOWN TEXTS
+      WRITE (*, 100) 'CRC32', HEX(CRC32('123456789'))
+      WRITE (*, 100) 'CRC16', HEX(CRC16('123456789'))
+      WRITE (*, 100) 'ADLER', HEX(ADLER('Steeplechase'))
+      WRITE (*, 100) 'HASH',  HEX(HASH(''))
+      WRITE (*, 100) 'ROTATED', HEX(1 .ROL. 31), HEX(NOT(0) .XOR. 255)
+      OK = (/ LUHN('4539 1488 0343 6467'), LUHN('8273 1232 7352 0569'),
+     &        ISBN10('0-306-40615-2'), ISBN10('0-306-40615-3') /)
+      WRITE (*, *) OK
+
+C     CIPHERS, THERE AND BACK
+      PRINT 100, SHIFT(TEXT, 13), SHIFT(SHIFT(TEXT, BY=13), -13)
+      PRINT 100, SHIFT(TEXT, 'LEMON')
+      PRINT 100, SHIFT(SHIFT(TEXT, 'LEMON'), 'LEMON', BACK=.TRUE.)
+      PRINT 100, ROT('HAL', 1)
+      K = 'Sesame, open!'
+      WRONG = ' '
+      CALL HIDE (TEXT, K, HIDDEN, N)
+      WRITE (*, '(6(1X, Z8.8))') HIDDEN(:N)
+      CALL REVEAL (HIDDEN(:N), K, BACK)
+      WRITE (*, 100) BACK
+      IF (BACK .NE. TEXT .OR. .NOT. K%SECRET .OR. WRONG%SECRET) STOP 7
+      CALL REVEAL (HIDDEN(:N), WRONG, BACK)
+      IF (BACK .EQ. TEXT) STOP 8
+
+C     HOW OFTEN EACH LETTER OCCURS
+      LETTER = 0
+      DO I = 1, LEN(TEXT)
+         N = MAX(INDEX(LOWER, TEXT(I:I)), INDEX(UPPER, TEXT(I:I)))
+         IF (N .NE. 0) LETTER(N) = LETTER(N) + 1
+      END DO
+      WRITE (*, 110) (LOWER(I:I), LETTER(I), I = 1, 26)
+      WRITE (*, *) MASK, ALL(LETTER .GT. 0)
+  100 FORMAT (1X, 4(A, 2X))
+  110 FORMAT (13(1X, A1, ':', I1))
+      END PROGRAM SECRET

@@ -1,0 +1,126 @@
+      PROGRAM FRAME
+C=======================================================================
+C     STATIC ANALYSIS OF PLANE FRAMES AND TRUSSES.
+C
+C     THE INPUT CONSISTS OF CARDS WITH A KEYWORD IN COLUMNS 1 TO 8 AND
+C     FIELDS OF TEN COLUMNS AFTER IT:
+C
+C        TITLE     TEXT
+C        UNITS     LENGTH, FORCE, MOMENT
+C        MATERIAL  NUMBER, E, A, I
+C        JOINT     NUMBER, X, Y
+C        HOLD      JOINT, DIRECTIONS (SUCH AS 110)
+C        BEAM      NUMBER, JOINT, JOINT, MATERIAL
+C        BAR       NUMBER, JOINT, JOINT, MATERIAL
+C        LOAD      CASE, JOINT, FX, FY, M
+C        PRINT     ALL, DISP OR FORCES
+C        SOLVE
+C        END
+C
+C     THE EXAMPLES ARE WRITTEN TO A SCRATCH FILE BY EXMPLS.
+C=======================================================================
+      INCLUDE 'model.inc'
+      CHARACTER*80 CARD
+      CHARACTER*8 KEY
+      INTEGER NKEYS, KNUM, NERR, IOS
+      PARAMETER (NKEYS = 11)
+      CHARACTER*8 KEYS(NKEYS)
+      DATA KEYS /'TITLE', 'UNITS', 'MATERIAL', 'JOINT', 'HOLD', 'BEAM',
+     1           'BAR', 'LOAD', 'PRINT', 'SOLVE', 'END'/
+C
+      OPEN (UNIT=LIN, STATUS='SCRATCH', FORM='FORMATTED', ERR=900,
+     1      IOSTAT=IOS)
+      CALL EXMPLS (LIN)
+      REWIND (UNIT=LIN)
+      NERR = 0
+      CALL RESET
+C
+  100 READ (LIN, 800, END=920) CARD
+      KEY = CARD(1:8)
+      DO 110 KNUM = 1, NKEYS
+         IF (KEYS(KNUM) .EQ. KEY) GO TO 120
+  110 CONTINUE
+      KNUM = NKEYS + 1
+C             TITLE UNITS MAT. JOINT HOLD BEAM BAR  LOAD PRINT SOLVE END
+  120 GO TO (130, 140, 200, 210, 220, 230, 230, 250, 260, 300, 920),KNUM
+      WRITE (LPR, 810) CARD
+      NERR = NERR + 1
+      GO TO 100
+C
+  130 TITLE = CARD(11:)
+      GO TO 100
+  140 READ (CARD(11:), '(3(A6, 4X))', ERR=190) UNITS
+      GO TO 100
+  190 WRITE (LPR, 820) CARD
+      NERR = NERR + 1
+      GO TO 100
+C
+  200 CALL RDMAT (CARD, *190)
+      GO TO 100
+  210 CALL RDJNT (CARD, *190)
+      GO TO 100
+  220 CALL RDHOLD (CARD, *190)
+      GO TO 100
+  230 CALL RDMEM (CARD, KNUM - 5, *190)
+      GO TO 100
+  250 CALL RDLOAD (CARD, *190)
+      GO TO 100
+  260 PRTIN = INDEX (CARD, 'ALL') .NE. 0
+      PRTDIS = PRTIN .OR. INDEX (CARD, 'DISP') .GT. 0
+      PRTFOR = PRTIN .OR. INDEX (CARD, 'FORCES') .GT. 0
+      GO TO 100
+C
+  300 IF (NERR .NE. 0) THEN
+         WRITE (LPR, 830) NERR
+      ELSE
+         CALL SOLVE (*310)
+      END IF
+      GO TO 320
+  310 WRITE (LPR, 840)
+  320 NERR = 0
+      CALL RESET
+      GO TO 100
+C
+  900 WRITE (LPR, *) 'CANNOT OPEN THE INPUT', IOS
+      STOP 8
+  920 CLOSE (LIN)
+      WRITE (LPR, 850) NPAGE
+      STOP
+  800 FORMAT (A)
+  810 FORMAT (' *** KEYWORD NOT KNOWN: ', A)
+  820 FORMAT (' *** FIELDS NOT CORRECT: ', A)
+  830 FORMAT (/' *** NO ANALYSIS BECAUSE OF', I3, ' ERRORS')
+  840 FORMAT (/' *** THE STRUCTURE CAN MOVE')
+  850 FORMAT (/1X, 20('*'), ' END,', I3, ' PAGES ', 20('*'))
+      END
+C
+      BLOCK DATA PRESET
+      INCLUDE 'model.inc'
+      INTEGER K
+      DATA LIN, LPR, LINES, NPAGE /11, 6, 0, 0/
+      DATA PRTIN, PRTDIS, PRTFOR /.FALSE., 2*.TRUE./
+      DATA NJNT, NMEM, NMAT, NCASE, NEQN, NSTIF /6*0/
+      DATA TITLE /'NO TITLE'/, UNITS /'M', 'KN', 'KNM'/
+      DATA (KIND(K), MAT(K), K = 1, MXMEM) /MXMEM*1, MXMEM*0/
+      DATA (EMOD(K), K = 1, MXMAT), (AREA(K), K = 1, MXMAT) /16*0D0/
+      END
+C
+      SUBROUTINE RESET
+C     FORGET THE LAST STRUCTURE; TITLE AND UNITS STAY.
+      INCLUDE 'model.inc'
+      INTEGER J, K
+      NJNT = 0
+      NMEM = 0
+      NMAT = 0
+      NCASE = 0
+      DO 20 J = 1, MXJNT
+         DO 10 K = 1, 3
+            IEQ(K, J) = 1
+   10    CONTINUE
+   20 CONTINUE
+      DO 40 K = 1, MXCASE
+         DO 30 J = 1, MXEQN
+            DISP(J, K) = 0D0
+   30    CONTINUE
+   40 CONTINUE
+      END

@@ -1,0 +1,86 @@
+C     THREE REACTIONS WITH VERY DIFFERENT SPEEDS, AND OZONE
+      MODULE ACTIVE
+      USE MECH
+      TYPE (MECHAN), SAVE :: NOW
+      END MODULE ACTIVE
+
+      SUBROUTINE SPEEDS (N, Y, DY)
+      USE PREC
+      USE ACTIVE
+      IMPLICIT NONE
+      INTEGER, INTENT(IN) :: N
+      REAL(DP), INTENT(IN) :: Y(N)
+      REAL(DP), INTENT(OUT) :: DY(N)
+      DY = RATES(NOW, Y)
+      END SUBROUTINE SPEEDS
+
+      SUBROUTINE SLOPES (N, Y, A)
+      USE PREC
+      USE ACTIVE, MATRIX => JACOBN
+      IMPLICIT NONE
+      INTEGER, INTENT(IN) :: N
+      REAL(DP), INTENT(IN) :: Y(N)
+      REAL(DP), INTENT(OUT) :: A(N, N)
+      CALL MATRIX (NOW, Y, A)
+      END SUBROUTINE SLOPES
+
+      PROGRAM REACT
+      USE PREC
+      USE STIFF, ONLY: GOSTEP, NSTEPS, NREJCT
+      USE ACTIVE
+      IMPLICIT NONE
+      INTERFACE
+         SUBROUTINE SPEEDS (N, Y, DY)
+         USE PREC
+         INTEGER, INTENT(IN) :: N
+         REAL(DP), INTENT(IN) :: Y(N)
+         REAL(DP), INTENT(OUT) :: DY(N)
+         END SUBROUTINE SPEEDS
+      END INTERFACE
+      INTERFACE
+         SUBROUTINE SLOPES (N, Y, A)
+         USE PREC
+         INTEGER, INTENT(IN) :: N
+         REAL(DP), INTENT(IN) :: Y(N)
+         REAL(DP), INTENT(OUT) :: A(N, N)
+         END SUBROUTINE SLOPES
+      END INTERFACE
+      INTEGER, PARAMETER :: TABLE = 31
+      REAL(DP), ALLOCATABLE :: C(:)
+      REAL(DP) :: T, TEND
+      INTEGER :: I, IERR, N
+
+      OPEN (TABLE, STATUS='SCRATCH', FORM='FORMATTED')
+      WRITE (TABLE, '(A)') '* A VERY STIFF THREESOME',
+     1   'A = B ; 0.04, 0', '2 B = C + B ; 3D7, 0', ' ',
+     2   'B + C = A+C;1.0D4, 0.0'
+      REWIND TABLE
+      CALL READMC (TABLE, NOW, IERR)
+      IF (IERR .NE. 0) STOP 'BAD MECHANISM'
+      CALL SHOWMC (NOW)
+      N = NOW%NSPC
+      ALLOCATE (C(N), STAT=IERR)
+      IF (IERR .NE. 0) STOP 'NO ROOM'
+      C = (/ ONE, (ZERO, I = 2, N) /)
+      T = ZERO
+      TEND = 0.4_DP
+      DO I = 1, 4
+         CALL GOSTEP (SPEEDS, SLOPES, C, T, TEND, STATUS=IERR)
+         IF (IERR .NE. 0) STOP 'NO CONVERGENCE'
+         WRITE (*, 20) T, C, SUM(C)
+         TEND = 10*TEND
+      END DO
+   20 FORMAT (1X, F8.2, 1P, 3E13.4, 0P, F9.5)
+      IF (NSTEPS .LT. 10 .OR. NSTEPS .GT. 2000) STOP 4
+      DEALLOCATE (C)
+
+C     A WRONG LINE IS FOUND
+      REWIND TABLE
+      WRITE (TABLE, '(A)') 'O3 = O2 + O ; 1.0D3, 5.0D3', 'O + O3 2 O2'
+      REWIND TABLE
+      CALL READMC (TABLE, NOW, IERR)
+      PRINT *, 'LINE', IERR, SPECNO(NOW, 'O2'), SPECNO(NOW, 'N2')
+      CALL ARRHEN (NOW, T=300.0_DP)
+      PRINT '(1X, F10.4)', NOW%K(1)
+      CLOSE (TABLE)
+      END PROGRAM REACT
