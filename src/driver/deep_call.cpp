@@ -1,7 +1,7 @@
 // Stacks for deep recursion: threads, of which only one runs at a time.
 #include "driver/deep_call.h"
 
-#include "driver/diagnostics.h"
+#include "il/arena.h"
 
 #include <cstddef>
 #include <pthread.h>
@@ -39,7 +39,7 @@ void run_on_new_stack(void (*run)(void *argument), void *argument) {
         &what);
     pthread_attr_destroy(&attributes);
     if (failure) {
-        catastrophe(msg_out_of_memory);
+        out_of_memory();
     }
     pthread_join(thread, nullptr);
 }

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string_view>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace zf90 {
 
@@ -271,12 +272,15 @@ opened_file redirect_diagnostics(const char *name) {
     if (trial.outcome != open_outcome::ok) {
         return trial;
     }
-    std::fclose(trial.stream);
-    std::FILE *stream = std::freopen(name, "w", diagnostic_stream());
-    if (stream) {
-        write_messages_by_lines();
+    // Unlike freopen, dup2 leaves the stream as it is when it fails, so that this can be told.
+    std::fflush(diagnostic_stream());
+    const int descriptor = fileno(trial.stream);
+    const bool done = descriptor == fileno(diagnostic_stream()) || // which was closed
+                      dup2(descriptor, fileno(diagnostic_stream())) >= 0;
+    if (done && descriptor != fileno(diagnostic_stream())) {
+        std::fclose(trial.stream);
     }
-    return {stream, stream ? open_outcome::ok : open_outcome::open_failed};
+    return {trial.stream, done ? open_outcome::ok : open_outcome::open_failed};
 }
 
 void parse_command_line(int argc, char **argv) {

@@ -6,6 +6,7 @@
 #include "driver/diagnostics.h"
 
 #include <cstring>
+#include <new>
 
 namespace zf90 {
 
@@ -114,7 +115,12 @@ void make_region(std::int32_t region) {
 
 } // namespace
 
+void out_of_memory() { catastrophe(msg_out_of_memory); }
+
 void region_init() {
+    if (!std::get_new_handler()) {
+        std::set_new_handler(out_of_memory); // for the containers of the standard library
+    }
     highest_region = 0;
     make_region(0);
 }
@@ -151,7 +157,7 @@ void *il_alloc(std::int32_t n) {
 
 std::int32_t region_size(std::size_t n) {
     if (n > largest_request) {
-        catastrophe(msg_out_of_memory);
+        out_of_memory();
     }
     return static_cast<std::int32_t>(n);
 }
@@ -170,7 +176,7 @@ void *sys_alloc(std::size_t n) { return sys_realloc(nullptr, 0, n); }
 void *sys_realloc(void *old, std::size_t, std::size_t n) {
     void *result = std::realloc(old, n > 0 ? n : 1);
     if (!result) {
-        catastrophe(msg_out_of_memory);
+        out_of_memory();
     }
     return result;
 }

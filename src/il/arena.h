@@ -30,7 +30,7 @@ extern std::int32_t highest_region;
 extern region_block *free_blocks; // spare blocks, in no order
 extern std::int32_t il_region;    // made by il_init
 
-void region_init();        // makes region 0
+void region_init();        // makes region 0; from now on operator new ends the run where there is no memory
 std::int32_t new_region(); // the number of a fresh region; catastrophe 498 past 2147483647 regions
 
 // `n` bytes of a region, rounded up to a multiple of 8, 8-aligned, not cleared. A negative size counts as 0.
@@ -43,6 +43,8 @@ void *il_alloc(std::int32_t n);
 std::int32_t region_size(std::size_t n);
 
 void free_region(std::int32_t region);
+
+[[noreturn]] void out_of_memory();
 
 // System memory for tables that are reallocated. `old` may be null.
 void *sys_alloc(std::size_t n);

@@ -4,6 +4,7 @@
 
 #include "driver/diagnostics.h"
 #include "driver/driver.h"
+#include "il/arena.h"
 
 #include <iterator>
 
@@ -27,13 +28,28 @@ const char *message_text(unsigned code) {
 }
 
 void report(std::string_view text, source_pos, severity, std::span<const std::string_view>) {
-    if (file_fault_returns) {
+    if (file_fault_returns && text.data() != message_text(msg_out_of_memory)) {
         file_fault_returns = false;
         file_fault_text = text.data();
         std::longjmp(file_fault_exit, 1); // nothing between has a destructor
     }
-    std::fprintf(stderr, "%s\n", text.data());
+    // Files are written to memory, so a failure to write is the same.
+    std::fprintf(stderr, "%s\n", message_text(msg_out_of_memory));
     std::exit(completion_stopped);
+}
+
+std::FILE *open_memory_stream(char *&text, std::size_t &size) {
+    std::FILE *const stream = open_memstream(&text, &size);
+    if (!stream) {
+        out_of_memory();
+    }
+    return stream;
+}
+
+void check_memory_stream_text(const char *text) {
+    if (!text) { // the only trace of a failure to give the text its final size
+        out_of_memory();
+    }
 }
 
 } // namespace zf90

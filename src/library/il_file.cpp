@@ -178,8 +178,9 @@ il_failure check_il_file(const loaded_il &file) {
     char *text = nullptr;
     std::size_t size = 0;
     enter_walk(file);
-    il_file = open_memstream(&text, &size);
+    il_file = open_memory_stream(text, size);
     write_il(*file.header);
+    check_memory_stream_text(text);
     module_mode = false;
     const std::uint64_t line = differing_line(il_text, {text, size});
     std::free(text);

@@ -3,8 +3,10 @@
 #include "tool/html_page.h"
 
 #include "driver/deep_call.h"
+#include "il/arena.h"
 #include "il/entries.h"
 #include "il/kind_names.h"
+#include "library/host.h"
 #include "output/fortran_printer.h"
 #include "output/il_dump.h"
 #include "output/il_reader.h"
@@ -30,11 +32,14 @@ template <class Print> std::string printed(Print print) {
     char *text = nullptr;
     std::size_t size = 0;
     std::FILE *const before = dump_stream;
-    dump_stream = open_memstream(&text, &size);
+    dump_stream = open_memory_stream(text, size);
     dump_html = true;
     set_print_hook(nullptr);
     print();
-    std::fclose(dump_stream);
+    if (std::ferror(dump_stream) || std::fclose(dump_stream) != 0) {
+        out_of_memory();
+    }
+    check_memory_stream_text(text);
     dump_stream = before;
     std::string result(text, size);
     std::free(text);
@@ -94,23 +99,26 @@ struct source_text {
 std::vector<source_text> sources;
 std::string directory; // of the file of intermediate language, with a slash
 
+// The next line, without its end. False at the end of the file.
+bool read_line(std::FILE *stream, std::string &line) {
+    line.clear();
+    int c = 0;
+    while ((c = std::fgetc(stream)) != EOF && c != '\n') {
+        line += static_cast<char>(c);
+    }
+    return c != EOF || !line.empty();
+}
+
 bool read_lines(const std::string &path, std::vector<std::string> &lines) {
     std::FILE *const stream = std::fopen(path.c_str(), "r");
     if (!stream) {
         return false;
     }
-    std::string line;
-    int c = 0;
-    while ((c = std::fgetc(stream)) != EOF) {
-        if (c == '\n') {
-            lines.push_back(std::move(line));
-            line.clear();
-        } else {
-            line += static_cast<char>(c);
-        }
-    }
-    if (!line.empty()) {
+    for (std::string line; read_line(stream, line);) {
         lines.push_back(std::move(line));
+    }
+    if (std::ferror(stream)) {
+        lines.clear();
     }
     std::fclose(stream);
     return !lines.empty();
@@ -385,17 +393,21 @@ void put_source_of_title(std::string_view line) {
     }
 }
 
+void check_temporary_file(bool good) {
+    if (!good) {
+        std::perror("temporary file");
+        std::exit(4);
+    }
+}
+
 void put_entries(std::FILE *dump) {
     put("<section id=\"entries\">\n<h2>All entries</h2>\n");
-    char *buffer = nullptr;
-    std::size_t capacity = 0;
-    for (ssize_t length = 0; (length = getline(&buffer, &capacity, dump)) > 0;) {
-        const std::string_view line(buffer, static_cast<std::size_t>(length) - 1); // every line has its end
+    for (std::string line; read_line(dump, line);) {
         put_printed(line);
         put_source_of_title(line);
         put("\n");
     }
-    std::free(buffer);
+    check_temporary_file(!std::ferror(dump));
     put("</section>\n");
 }
 
@@ -450,14 +462,11 @@ void print_html_page(loaded_il &file, const char *path, std::FILE *output) {
     directory.assign(path, slash ? static_cast<std::size_t>(slash + 1 - path) : 0);
     // Before the lists of a module are changed for the printers of units.
     std::FILE *const dump = std::tmpfile();
-    if (!dump) {
-        std::perror("temporary file");
-        std::exit(4);
-    }
+    check_temporary_file(dump != nullptr);
     dump_stream = dump;
     dump_html = true;
     dump_il_file(file);
-    std::rewind(dump);
+    check_temporary_file(std::fflush(dump) == 0 && !std::ferror(dump) && std::fseek(dump, 0, SEEK_SET) == 0);
     add_scope_of_module(file);
     const std::vector<unit_place> units = all_units();
     put_head(path);
