@@ -210,7 +210,8 @@ void make_dummy_procedure(symbol *s, symbol_kind kind, type *return_type) {
 
 void finish_dummy(symbol *s) {
     object *o = entity_as<object>(s);
-    if ((s->flags & sf_called) && !is_array(o->type) && !is_called_data(s)) {
+    const bool is_scalar = !is_array(o->type) && o->type->type_code != tk_error;
+    if ((s->flags & sf_called) && is_scalar && !is_called_data(s)) {
         if ((s->flags & sf_called_as_subroutine) && !(s->flags & sf_typed)) {
             make_dummy_procedure(s, sk_dummy_subroutine, void_type());
         } else {
