@@ -573,7 +573,7 @@ bool check_and_dispatch(const name_locator &label, bool has_label, bool misspelt
 // Passes over what the statement has left. Only where all was well until then it is worth a message.
 void finish_text(bool good) {
     if (curr_token != tok_eos) {
-        if (good) {
+        if (good && !lines_run_together) {
             error_at(msg_extra_text_after_expected_end_of_statement, curr_token_pos);
         }
         skip_to_eos();
@@ -595,6 +595,7 @@ bool may_be_misspelt() {
 
 void process_statement() {
     curr_label_symbol = nullptr;
+    lines_run_together = false;
     name_locator label = read_label();
     const bool has_label = label.atom;
     classify_statement();
