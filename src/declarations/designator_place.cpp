@@ -8,6 +8,8 @@
 
 namespace zf90 {
 
+std::uint64_t do_value_reads;
+
 void set_do_value(symbol *s, std::int32_t value) {
     s->aux = reinterpret_cast<void *>(static_cast<std::intptr_t>(value));
 }
@@ -15,6 +17,7 @@ void set_do_value(symbol *s, std::int32_t value) {
 namespace {
 
 std::int32_t do_value(const symbol *s) {
+    ++do_value_reads;
     return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(s->aux));
 }
 
