@@ -302,6 +302,7 @@ bool check_generic_set(interface *generic, bool (*check_member)(object *routine)
         if (!set.add_distinct(routine)) {
             error_at(msg_procedure_violates_rules_of_unambiguous_generic_procedure_references,
                      routine->source_corresp.decl_position);
+            routine->is_refused = true;
             good = false;
         }
         if (generic->is_public) {

@@ -105,7 +105,7 @@ inline void tie_to_symbol(named_entry *entry, symbol *s) {
 // ---- look-ups of `curr_name`. All skip invisible symbols and common blocks, whose names are a space apart.
 
 // Set while an array bound or another specification expression is read: names used in it are marked
-// `sf_used_as_bound` instead of `sf_referenced`. (declarations/types, on reading a bound)
+// `sf_used_as_bound` instead of `sf_referenced`. (array_spec.cpp and type_spec.cpp)
 extern bool used_in_bound;
 
 // The innermost meaning if it belongs to the current scope (or is an implied-DO variable, which lies above

@@ -193,11 +193,36 @@ bool has_error_dummy(const type *t) {
     return false;
 }
 
+// Whether the first argument of an intrinsic form is an array, of whatever type.
+bool takes_any_array(intrinsic_code form) {
+    switch (form) {
+    case intr_allocated:
+    case intr_cshift:
+    case intr_eoshift:
+    case intr_lbound:
+    case intr_pack:
+    case intr_reshape:
+    case intr_size:
+    case intr_ubound: return true;
+    default: return false;
+    }
+}
+
+// A form fits an argument of any type as long as nothing better does: SIZE may be a function of the program
+// too, for an object of derived type.
+bool is_left_to_the_program(const object *member, const expr_node *actual) {
+    return is_intrinsic(member) && takes_any_array(handler_index(member)) && actual && !actual->keyword &&
+           !is_array(actual->type);
+}
+
 // Tries a member of an interface. True if nothing further needs to be tried.
 bool try_member(object *member, interface *through, expr_node *&actuals, binding_mode mode, resolution &found,
                 object *routine) {
     if (!is_routine(member) || !member->type->routine.has_param_info || has_error_dummy(member->type)) {
         found.is_unknown = true;
+        return false;
+    }
+    if (mode == binding_mode::trial_by_rank && is_left_to_the_program(member, actuals)) {
         return false;
     }
     expr_node *bad_actual = nullptr;
@@ -209,8 +234,15 @@ bool try_member(object *member, interface *through, expr_node *&actuals, binding
         found.through = through;
         return is_intrinsic(member); // the order of the intrinsic forms is their priority
     }
-    found.is_ambiguous = !gives_way(member, found.specific);
-    return found.is_ambiguous || is_intrinsic(member);
+    if (gives_way(member, found.specific)) {
+        return is_intrinsic(member);
+    }
+    if (member->is_refused || found.specific->is_refused) {
+        found = {.is_unknown = true}; // that the two clash has been reported
+    } else {
+        found.is_ambiguous = true;
+    }
+    return true;
 }
 
 resolution try_members(interface *generic, expr_node *&actuals, binding_mode mode, object *routine) {

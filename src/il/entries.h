@@ -58,7 +58,7 @@ inline expr_node *without_refs(expr_node *e) {
     return e;
 }
 
-// The position of the current statement (statements/loop.h sets it).
+// The position of the current statement (classify_statement sets it).
 extern source_pos stmt_pos;
 
 // ---- the walker

@@ -240,6 +240,7 @@ struct object : named_entry {
     bool is_host;     // the routine hosts internal procedures that use its variables
     bool uses_host;   // the routine refers to its host's variables
     bool is_constant; // named constant
+    bool is_refused;  // as a member of a generic set, with a message; not written
     union {
         constant *initializer;       // data classes, unless is_result
         object *result_var_function; // is_result

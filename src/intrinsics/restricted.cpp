@@ -45,14 +45,26 @@ bool walk_list(expr_node *list, object *routine) {
     return true;
 }
 
-// The first argument of an inquiry, which is not evaluated: any variable will do if its bounds are known or
-// not asked for.
+// Whether the bounds and the length of an object are what its declaration says: numbers, or expressions that
+// have been found restricted there.
+bool has_declared_bounds(const object *o) {
+    if (o->is_allocatable || o->is_pointer ||
+        (is_array(o->type) && o->type->array.shape_kind != explicit_shape)) {
+        return false;
+    }
+    const type *t = element_type_of(o->type);
+    return t->type_code != tk_fcharacter || t->character.length.kind == bound_constant ||
+           t->character.length.kind == bound_expression;
+}
+
+// The first argument of an inquiry, which is not evaluated: any variable will do if its bounds are declared
+// or not asked for.
 bool restricted_inquiry_walk(expr_node *expr, object *routine, bool for_bounds) {
     expr_node *e = expr;
     for (;;) {
         switch (e->node_kind) {
         case enk_object:
-            return is_permitted(e->object, routine) || !for_bounds || has_known_bounds(e->object) ||
+            return is_permitted(e->object, routine) || !for_bounds || has_declared_bounds(e->object) ||
                    refuse_name(e);
         case enk_field: e = e->base_expr; break;
         case enk_ref: e = e->reference; break;

@@ -37,7 +37,8 @@ constexpr intrinsic_row intrinsics[] = {
 #define INTRINSIC(code, name, flags, forms) {#code, name, flags, forms},
 #include "intrinsics/seed_table.def"
 };
-static_assert(std::size(intrinsics) == intrinsic_code_count && intrinsic_code_count == 178);
+static_assert(std::size(intrinsics) == intrinsic_code_count &&
+              intrinsic_code_count == intrinsic_vocabulary_size);
 
 struct word_row {
     const char *spelling;

@@ -8,6 +8,7 @@
 #include "source/token_helpers.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
+#include "statements/misspelt.h"
 
 namespace zf90 {
 
@@ -43,13 +44,30 @@ assignment_sides read_sides(token_kind separator, error_code missing, std::uint3
     return sides;
 }
 
+// For `DOI = 1, 5` where words must stand apart: opens the loop that it was meant for.
+void open_loop_meant() {
+    if (construct_depth >= 0 && !holds_one_statement(top_construct().kind)) {
+        add_loop_label();
+        push_refused_construct(cons_do, stmk_ido);
+    }
+}
+
 } // namespace
 
 bool stmt_assignment() {
     check_reachable();
     statement *s = add_statement(stmk_expr);
     const assignment_sides sides = read_sides(tok_assign, msg_expected_equals, lex_signed);
-    if (sides.left_good) {
+    if (sides.left_good && sides.right_good && curr_token != tok_eos) {
+        // The right side is not all that was meant: what it has is looked at, but not what becomes of it.
+        s->expr = new_error_node();
+        if (curr_token == tok_comma && begins_like_loop()) {
+            open_loop_meant();
+        } else {
+            s->expr->next = sides.left;
+            sides.left->next = sides.right;
+        }
+    } else if (sides.left_good) {
         sides.left->next = sides.right;
         s->expr = new_expr_node(enk_generic_call);
         s->expr->source_pos = sides.left->source_pos;

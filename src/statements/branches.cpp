@@ -11,6 +11,7 @@
 #include "statements/control.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
+#include "statements/misspelt.h"
 
 namespace zf90 {
 
@@ -72,6 +73,13 @@ struct governing_statement {
     error_code refusal;
 };
 
+// For an IF or a WHERE that has been reported: opens the construct that it may have been meant to begin.
+void open_if_meant(const governing_statement &governing, bool is_meant) {
+    if (is_meant && construct_depth >= 0) {
+        push_refused_construct(governing.kind == stmk_if ? cons_block_if : cons_where, governing.kind);
+    }
+}
+
 // Reads the condition in parentheses and the statement behind it.
 bool read_dependent_statement(const governing_statement &governing) {
     check_reachable();
@@ -79,18 +87,18 @@ bool read_dependent_statement(const governing_statement &governing) {
     expr_node *condition;
     bool failed;
     if (!parse_condition(condition, failed)) {
+        open_if_meant(governing, governing.kind == stmk_if ? ends_with_then() : !sets_something());
         return false;
     }
+    char *const rest = line_cursor;
     statement *s = add_statement(governing.kind);
     s->expr = condition;
     const outer_statement outer;
     classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
-        // With nothing behind the condition it most likely lacks THEN: its ELSE and END IF will come.
-        const bool nothing_follows = next_token(lex_peek) == tok_eos;
-        if (governing.kind == stmk_if && nothing_follows && construct_depth >= 0) {
-            ++top_construct().refused_ifs;
-        }
+        // What follows the condition may be a THEN, or may have been meant as one: its ELSE and END IF come.
+        const bool begins = next_token(lex_peek) == tok_eos || ends_with_then() || is_like_then(rest);
+        open_if_meant(governing, governing.kind == stmk_if && begins);
         return false;
     }
     if (!governing.can_depend(curr_stmt_kind)) {
@@ -135,7 +143,7 @@ bool stmt_else_if() {
     if (found) {
         construct_entry &entry = top_construct();
         note_branch_end(entry);
-        if (entry.second_branch) {
+        if (entry.second_branch && !entry.else_in_doubt) {
             error_at(msg_else_has_already_appeared_for_corresponding_block_if, stmt_pos);
         }
         entry.second_branch = true;
@@ -174,13 +182,14 @@ bool stmt_else() {
     if (close_construct(cons_block_if, name)) {
         construct_entry &entry = top_construct();
         note_branch_end(entry);
-        if (entry.second_branch) {
+        if (entry.second_branch && !entry.else_in_doubt) {
             error_at(msg_else_has_already_appeared_for_corresponding_block_if, stmt_pos);
         }
         entry.second_branch = true;
+        entry.else_in_doubt = name.reported || curr_token != tok_eos;
         begin_branch(entry);
     }
-    return true;
+    return !name.reported;
 }
 
 bool stmt_end_if() {
@@ -383,12 +392,18 @@ bool stmt_construct_name() {
         note_symbol_use(use_referenced, taken, name.position);
     }
     classify_inner_statement();
+    bool misspelt = false;
     switch (curr_stmt_kind) {
     case stmtk_do:
     case stmtk_do_while:
     case stmtk_if_then:
     case stmtk_select_case: break;
-    case stmtk_bad: return false;
+    case stmtk_bad:
+        misspelt = classify_misspelt(misspelt_heads);
+        if (!misspelt) {
+            return false;
+        }
+        break;
     default: error_at(msg_construct_name_can_be_given_to_do_select, stmt_pos); return false;
     }
     symbol *label = nullptr;
@@ -399,7 +414,7 @@ bool stmt_construct_name() {
         label_as_statement(label);
     }
     const int depth = construct_depth;
-    const bool good = dispatch_statement();
+    const bool good = misspelt ? run_misspelt() : dispatch_statement();
     if (construct_depth > depth) {
         set_construct_name(name.atom, label);
     }

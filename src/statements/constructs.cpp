@@ -110,6 +110,25 @@ void excuse_label(symbol *label) {
     }
 }
 
+bool is_end(statement_kind kind) {
+    return kind == stmtk_end_if || kind == stmtk_end_select || kind == stmtk_end_where;
+}
+
+// The construct is ended: the END may be that of the next one of its kind.
+void pass_doubt_on(int ended) {
+    const construct_entry &entry = construct_stack[ended];
+    if (!entry.end_in_doubt) {
+        return;
+    }
+    for (int i = ended - 1; i >= 0 && construct_stack[i].kind != cons_routine; --i) {
+        construct_entry &outer = construct_stack[i];
+        if (outer.kind == entry.kind || (is_loop(outer.kind) && is_loop(entry.kind))) {
+            outer.end_in_doubt = true;
+            break;
+        }
+    }
+}
+
 bool ends_here(const construct_entry &entry) {
     return entry.end_label && entry.end_label == curr_label_symbol;
 }
@@ -145,6 +164,8 @@ void push_construct(construct_kind kind, statement *s) {
     construct_stack[construct_depth] = {.kind = kind,
                                         .second_branch = false,
                                         .label_reported = false,
+                                        .end_in_doubt = false,
+                                        .else_in_doubt = false,
                                         .reach_at_start = reach_state,
                                         .reach_at_end = not_reachable,
                                         .reach_outside = outside,
@@ -157,11 +178,39 @@ void push_construct(construct_kind kind, statement *s) {
                                         .outer_with_label = -1,
                                         .loop = loop,
                                         .top_label_stmt = nullptr,
-                                        .refused_name = nullptr,
-                                        .refused_ifs = 0};
+                                        .refused_name = nullptr};
     ++next_construct_number;
     if (is_loop(kind)) {
         reach_state = reachable;
+    }
+}
+
+void push_refused_construct(construct_kind kind, il_statement_kind statement_kind) {
+    check_reachable();
+    statement *top = curr_statement;
+    statement *s = add_statement(statement_kind);
+    if (kind == cons_do) {
+        s->do_loop = new_do_loop();
+        for (expr_node **part :
+             {&s->do_loop->variable, &s->do_loop->initial_value, &s->do_loop->final_value}) {
+            *part = new_error_node();
+        }
+    } else {
+        s->expr = new_error_node();
+    }
+    push_construct(kind, s);
+    top_construct().end_in_doubt = true;
+    if (is_loop(kind)) {
+        top_construct().top_label_stmt = top;
+    }
+}
+
+void doubt_innermost_end() {
+    for (int i = construct_depth; i >= 0 && construct_stack[i].kind != cons_routine; --i) {
+        construct_stack[i].end_in_doubt = true;
+        if (construct_stack[i].kind != cons_case) { // it ends with its SELECT
+            break;
+        }
     }
 }
 
@@ -206,7 +255,9 @@ void pop_construct() {
 void close_open_constructs() {
     while (construct_depth >= 0 && top_construct().kind != cons_routine) {
         const construct_entry &entry = top_construct();
-        if (!entry.label_reported && entry.kind != cons_case) {
+        if (entry.end_in_doubt) {
+            excuse_label(entry.end_label);
+        } else if (!entry.label_reported && entry.kind != cons_case) {
             error_at(entry.kind == cons_block_if ? msg_block_if_statement_was_never_terminated
                                                  : msg_do_statement_was_never_terminated,
                      entry.start_pos);
@@ -303,24 +354,26 @@ bool has_construct_name(const construct_entry &entry, const construct_name &name
 }
 
 bool close_construct(construct_kind kind, const construct_name &name) {
-    if (kind == cons_block_if && construct_depth >= 0 && top_construct().refused_ifs > 0) {
-        top_construct().refused_ifs -= curr_stmt_kind == stmtk_end_if ? 1 : 0;
-        reach_state = reachable;
-        return false;
-    }
     const int found = nearest_construct(kind);
     if (found < 0) {
         error_at(msg_this_statement_is_not_allowed_inside_current_executable, stmt_pos);
+        if (is_end(curr_stmt_kind)) {
+            doubt_innermost_end();
+        }
         return false;
     }
     bool reported = false;
     while (construct_depth > found) {
-        const bool expected = kind == cons_select && top_construct().kind == cons_case;
+        const bool expected =
+            top_construct().end_in_doubt || (kind == cons_select && top_construct().kind == cons_case);
         if (!expected && !reported) {
             reported = true;
             error_at(msg_executable_constructs_are_incorrectly_nested, stmt_pos);
         }
         pop_construct();
+    }
+    if (is_end(curr_stmt_kind)) {
+        pass_doubt_on(found);
     }
     if (name.reported) {
         return true;
@@ -456,7 +509,7 @@ void close_do_to(int entry, bool quiet) {
     bool reported = false;
     while (construct_depth > entry) {
         const construct_entry &inner = top_construct();
-        if (!ends_here(inner) && !reported) {
+        if (!ends_here(inner) && !inner.end_in_doubt && !reported) {
             reported = true;
             error_at(msg_executable_constructs_are_incorrectly_nested, stmt_pos);
         }
@@ -472,6 +525,7 @@ void close_do_to(int entry, bool quiet) {
         }
         excuse_label(loop.end_label);
     }
+    pass_doubt_on(entry);
     pop_construct();
 }
 

@@ -20,6 +20,10 @@ enum construct_kind : std::uint8_t {
     cons_case        // one CASE block, on top of cons_select
 };
 
+inline bool holds_one_statement(construct_kind kind) {
+    return kind == cons_logical_if || kind == cons_where_stmt;
+}
+
 enum reachability : std::uint8_t {
     reachable = 0,
     not_reachable = 1,
@@ -30,6 +34,8 @@ struct construct_entry {
     construct_kind kind;
     bool second_branch;  // ELSE or ELSEWHERE seen; of a SELECT: DEFAULT seen
     bool label_reported; // the terminal label of a DO was already reported in error
+    bool end_in_doubt;   // what was reported may include its END: that it is missing is no other mistake
+    bool else_in_doubt;  // the same of an ELSE, which may have been meant as something else
     reachability reach_at_start;
     // 1; 0 once the end of some branch can be reached, or an EXIT leaves the loop.
     reachability reach_at_end;
@@ -44,7 +50,6 @@ struct construct_entry {
     int loop;                         // the innermost loop at this place, which may be this one; -1 if none
     struct statement *top_label_stmt; // the stmk_label with the construct's name, or of the loop; or null
     const struct atom *refused_name;  // a construct name that was already taken; that has been reported
-    std::uint32_t refused_ifs;        // IFs within it that lacked THEN or a statement; that has been reported
 };
 
 // ---- the stack. Pointers to entries last until the next push.
@@ -61,6 +66,12 @@ void begin_construct_state();
 
 // Opens a construct at `stmt_pos`. The bottom entry of a unit sets `reach_state` to reachable.
 void push_construct(construct_kind kind, statement *s);
+
+// Opens one whose head was refused: what is known of it is its kind. A guess, so its END need not come.
+void push_refused_construct(construct_kind kind, il_statement_kind statement_kind);
+
+// An END that was refused may be that of the innermost construct.
+void doubt_innermost_end();
 
 // Closes the top one, and settles `reach_state` for what follows it. Closing the bottom entry of a unit
 // gives back the state of the unit around it.
@@ -108,8 +119,7 @@ bool has_construct_name(const construct_entry &entry, const construct_name &name
 bool is_named(const construct_entry &entry);
 
 // For the closing and middle statements of a construct: makes the nearest one of that kind the top, error 322
-// if others were open within it. False with error 425, and nothing changed, if there is none; but an IF whose
-// head was refused takes its ELSE and END IF with it in silence. The name is
+// if others were open within it. False with error 425, and nothing changed, if there is none. The name is
 // compared (errors 58 and 209, which don't matter for the result).
 bool close_construct(construct_kind kind, const construct_name &name);
 

@@ -33,8 +33,9 @@ bool parse_condition(expr_node *&condition, bool &failed) {
     if (curr_token == tok_rparen) {
         return true;
     }
-    if (!failed && curr_token != tok_none) { // the tokenizer has spoken for a token that is none
-        error(msg_expected_rparen);
+    if (!failed) {
+        report_syntax_error(msg_expected_rparen); // unless the tokenizer has spoken
+        condition = new_error_node();             // who knows what was meant
     }
     failed = true;
     return false;

@@ -137,10 +137,11 @@ bool stmt_do_while() {
         const stop_at stops{tok_rparen};
         good = parse_expression(s->expr);
         if (good || curr_token == tok_rparen) {
+            good = curr_token == tok_rparen && good;
             good = accept_token(tok_rparen, msg_expected_rparen, 0) && good;
         }
     }
-    if (!s->expr) {
+    if (!good) {
         s->expr = new_error_node();
     }
     return good && label_good;
@@ -168,6 +169,7 @@ bool stmt_end_do() {
         if (!reported) {
             error_at(msg_end_do_is_only_allowed_inside_do_or_do, stmt_pos);
         }
+        doubt_innermost_end();
         return true;
     }
     if (!name.atom && is_named(construct_stack[loop])) {

@@ -14,6 +14,7 @@
 #include "source/files.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
+#include "statements/misspelt.h"
 
 #include <cstring>
 
@@ -133,6 +134,9 @@ label_kind label_kind_of_statement() {
 
 void define_statement_label(const name_locator &label) {
     const label_kind kind = label_kind_of_statement();
+    if (kind == lk_unknown) {
+        reach_state = reachable; // control may come here, whatever was meant
+    }
     curr_label_symbol = define_label(label, kind, stmt_pos);
     if (curr_label_symbol && kind == lk_executable && curr_stmt_kind != stmtk_end_if) {
         label_as_statement(curr_label_symbol);
@@ -450,7 +454,7 @@ bool check_kind(bool has_label) {
 
 // Whether the statement is good. `label` is null where it has none of its own. A refused statement is passed
 // over like a bad one; its label is defined all the same, so that references to it are no further faults.
-bool check_and_dispatch(const name_locator &label, bool has_label) {
+bool check_and_dispatch(const name_locator &label, bool has_label, bool misspelt) {
     const bool begins_unit = is_header(curr_stmt_kind);
     if (!check_order() || !check_kind(has_label)) {
         curr_stmt_kind = stmtk_bad;
@@ -468,7 +472,7 @@ bool check_and_dispatch(const name_locator &label, bool has_label) {
     if (curr_stmt_kind == stmtk_do || curr_stmt_kind == stmtk_do_while) {
         add_loop_label();
     }
-    const bool good = dispatch_statement();
+    const bool good = misspelt ? run_misspelt() : dispatch_statement();
     if (label.atom && begins_unit) {
         define_statement_label(label); // it belongs to the unit that has begun
     }
@@ -485,11 +489,26 @@ void finish_text(bool good) {
     }
 }
 
+// Whether a statement that could not be classified stands where a construct may.
+bool may_be_misspelt() {
+    if (stmt_phase < ph_header || stmt_phase > ph_execution || in_type_def || interface_depth > 0) {
+        return false;
+    }
+    switch (curr_unit_kind) {
+    case uk_program:
+    case uk_subroutine:
+    case uk_function: return true;
+    default: return false;
+    }
+}
+
 void process_statement() {
     curr_label_symbol = nullptr;
     name_locator label = read_label();
     const bool has_label = label.atom;
     classify_statement();
+    const bool misspelt = curr_stmt_kind == stmtk_bad && may_be_misspelt() &&
+                          classify_misspelt(stmt_phase == ph_execution ? misspelt_any : misspelt_heads);
     curr_token = tok_none;
     error_pos = stmt_pos;
     if (has_label && curr_stmt_kind == stmtk_include) {
@@ -498,8 +517,9 @@ void process_statement() {
     }
     if (label.atom && !is_header(curr_stmt_kind) && !find_label(label)) {
         label.atom = nullptr;
+        reach_state = reachable;
     }
-    const bool good = check_and_dispatch(label, has_label);
+    const bool good = check_and_dispatch(label, has_label, misspelt);
     finish_text(good);
     if (curr_label_symbol && !is_unit_end(curr_stmt_kind)) {
         if (curr_stmt_kind == stmtk_end_if) {

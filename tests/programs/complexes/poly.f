@@ -33,40 +33,44 @@ C     the value in units of the precision.
 C
       Subroutine Laguer (A, N, Z, Ok)
 C     From Z to a root, by the method that is exact for a root of
-C     multiplicity one beside another of multiplicity N - 1.
+C     multiplicity one beside one of multiplicity N - 1.  A step that
+C     does not make the value smaller is turned round and shortened.
       Integer N, Iter
-      Complex A(0:N), Z, P, DP, D2P, G, H, Root, Den1, Den2, Step
+      Complex A(0:N), Z, P, DP, D2P, Disc, Den, Step, Trial, Turn
       Logical Ok
-      Real Bound, Frac(0:7)
+      Real Bound, Size
       Integer MaxIt
       Real Small
       Logical Trace
       Common /Policy0/ MaxIt, Small, Trace
-      Save /Policy0/, Frac
-      Data Frac /0., .5, .25, .75, .13, .38, .62, .88/
+      Save /Policy0/
+      Parameter (Turn = (-0.3, 0.2))
       Ok = .True.
-      Do 10 Iter = 1, MaxIt
-         Call Horner (A, N, Z, P, DP, D2P, Bound)
-         If (Cabs (P) .Le. Small*Bound/4.) Return
-         G = DP/P
-         H = G*G - D2P/P
-         Root = Csqrt ((N - 1)*(N*H - G**2))
-         Den1 = G + Root
-         Den2 = G - Root
-         If (Cabs (Den2) .Gt. Cabs (Den1)) Den1 = Den2
-         If (Den1 .Ne. (0., 0.)) Then
-            Step = N/Den1
+      Call Horner (A, N, Z, P, DP, D2P, Bound)
+      Do 20 Iter = 1, MaxIt
+         Size = Cabs (P)
+         If (Size .Le. Small*Bound/4.) Return
+         If (Trace) Write (*, 30) Iter, Z, Size
+C           with everything multiplied by the value, which may vanish
+         Disc = Csqrt (((N - 1)*DP)**2 - N*(N - 1)*P*D2P)
+         Den = DP + Disc
+         If (Real (Conjg (DP)*Disc) .Lt. 0.) Den = DP - Disc
+         If (Den .Eq. (0., 0.)) Then
+            Step = Cmplx (1. + Cabs (Z), 1.)
          Else
-            Step = (1. + Cabs (Z))*Exp (Cmplx (0., Real (Iter)))
+            Step = -N*P/Den
          End If
-         If (Trace) Write (*, 20) Iter, Z, Cabs (P)
-C        Now and then a part of the step, to leave a cycle
-         If (Mod (Iter, 10) .Eq. 0) Step = Step*Frac(Mod (Iter/10, 8))
-         If (Z .Eq. Z - Step) Return
-         Z = Z - Step
-   10 Continue
+   10    Trial = Z + Step
+         If (Trial .Eq. Z) Return
+         Call Horner (A, N, Trial, P, DP, D2P, Bound)
+         If (Cabs (P) .Gt. Size) Then
+            Step = Step*Turn
+            Go To 10
+         End If
+         Z = Trial
+   20 Continue
       Ok = .False.
-   20 Format (1X, I4, 1X, '(', F12.6, ',', F12.6, ')', 1PE12.3)
+   30 Format (1X, I4, 1X, '(', F12.6, ',', F12.6, ')', 1PE12.3)
       End
 C
       Subroutine Roots (A, N, Z, Work, *)

@@ -1,95 +1,87 @@
 C     BANDED AND TRIDIAGONAL SYSTEMS, AND CYCLIC ONES BY WAY OF THEM.
 C
 C     A band matrix with ML diagonals below and MU above the main one is
-C     kept by diagonals: A(I,J) is found in ABD(ML+MU+1+I-J, J).  The
-C     first ML rows of ABD are for the fill-in caused by pivoting.
+C     kept by diagonals: A(I,J) is found in BAND(ML+MU+1+I-J, J).  The
+C     first ML rows of BAND are for the fill-in caused by pivoting.
 C
-      SUBROUTINE BDFACT (ABD, LDA, N, ML, MU, IPIV, INFO)
-      INTEGER LDA, N, ML, MU, IPIV(N), INFO
-      DOUBLE PRECISION ABD(LDA, N)
-      INTEGER I, J, K, L, M, JU, LM, IROW
-      DOUBLE PRECISION T, BIG
+      SUBROUTINE BDFACT (BAND, LDB, N, ML, MU, IPIV, INFO)
+C        Elimination with exchange of rows, of which row K never reaches
+C        beyond column K + ML + MU.
+      INTEGER LDB, N, ML, MU, IPIV(N), INFO
+      DOUBLE PRECISION BAND(LDB, N), T
+      INTEGER I, J, K, L, LAST, LOW
+C        The place of row I in column J
+      INTEGER IR
+      IR (I, J) = ML + MU + 1 + I - J
 C
-      M = ML + MU + 1
       INFO = 0
-C        Clear the room for fill-in.
-      DO 20 J = 1, N
+      DO 10 J = 1, N
          DO 10 I = 1, ML
-            ABD(I, J) = 0.0D0
+            BAND(I, J) = 0.0D0
+   10 CONTINUE
+      DO 60 K = 1, N
+         LOW = MIN (K + ML, N)
+         LAST = MIN (K + ML + MU, N)
+         L = K
+         DO 20 I = K + 1, LOW
+            IF (ABS (BAND(IR (I, K), K)) .GT. ABS (BAND(IR (L, K), K)))
+     &         L = I
+   20    CONTINUE
+         IPIV(K) = L
+         IF (BAND(IR (L, K), K) .EQ. 0.0D0) THEN
+            INFO = K
+            GO TO 60
+         END IF
+         IF (L .NE. K) THEN
+            DO 30 J = K, LAST
+               T = BAND(IR (L, J), J)
+               BAND(IR (L, J), J) = BAND(IR (K, J), J)
+               BAND(IR (K, J), J) = T
+   30       CONTINUE
+         END IF
+         DO 50 I = K + 1, LOW
+            T = BAND(IR (I, K), K)/BAND(IR (K, K), K)
+            BAND(IR (I, K), K) = T
+            IF (T .EQ. 0.0D0) GO TO 50
+            DO 40 J = K + 1, LAST
+               BAND(IR (I, J), J) = BAND(IR (I, J), J)
+     &                            - T*BAND(IR (K, J), J)
+   40       CONTINUE
+   50    CONTINUE
+   60 CONTINUE
+      END
+
+      SUBROUTINE BDSOLV (BAND, LDB, N, ML, MU, IPIV, B)
+      INTEGER LDB, N, ML, MU, IPIV(N), I, J, M
+      DOUBLE PRECISION BAND(LDB, N), B(N), T
+      M = ML + MU + 1
+      DO 20 J = 1, N
+         T = B(IPIV(J))
+         B(IPIV(J)) = B(J)
+         B(J) = T
+         DO 10 I = J + 1, MIN (N, J + ML)
+            B(I) = B(I) - BAND(M + I - J, J)*T
    10    CONTINUE
    20 CONTINUE
-      JU = 0
-      DO 90 K = 1, N
-         LM = MIN (ML, N - K)
-         L = 0
-         BIG = ABS (ABD(M, K))
-         DO 30 I = 1, LM
-            IF (ABS (ABD(M + I, K)) .GT. BIG) THEN
-               BIG = ABS (ABD(M + I, K))
-               L = I
-            END IF
+      DO 40 I = N, 1, -1
+         DO 30 J = I + 1, MIN (N, I + M - 1)
+            B(I) = B(I) - BAND(M + I - J, J)*B(J)
    30    CONTINUE
-         IPIV(K) = K + L
-         IF (BIG .EQ. 0.0D0) THEN
-            INFO = K
-            GO TO 90
-         END IF
-         JU = MIN (MAX (JU, MU + IPIV(K)), N)
-         IF (L .NE. 0) THEN
-            T = ABD(M + L, K)
-            ABD(M + L, K) = ABD(M, K)
-            ABD(M, K) = T
-         END IF
-         DO 40 I = 1, LM
-            ABD(M + I, K) = -ABD(M + I, K)/ABD(M, K)
-   40    CONTINUE
-         IROW = M
-         DO 60 J = K + 1, JU
-            IROW = IROW - 1
-            T = ABD(IROW + L, J)
-            IF (L .NE. 0) THEN
-               ABD(IROW + L, J) = ABD(IROW, J)
-               ABD(IROW, J) = T
-            END IF
-            DO 50 I = 1, LM
-               ABD(IROW + I, J) = ABD(IROW + I, J) + T*ABD(M + I, K)
-   50       CONTINUE
-   60    CONTINUE
-   90 CONTINUE
+         B(I) = B(I)/BAND(M, I)
+   40 CONTINUE
       END
 
-      SUBROUTINE BDSOLV (ABD, LDA, N, ML, MU, IPIV, B)
-      INTEGER LDA, N, ML, MU, IPIV(N), I, K, L, M
-      DOUBLE PRECISION ABD(LDA, N), B(N), T
-      M = ML + MU + 1
-      DO 20 K = 1, N - 1
-         L = IPIV(K)
-         T = B(L)
-         IF (L .NE. K) THEN
-            B(L) = B(K)
-            B(K) = T
-         END IF
-         DO 20 I = 1, MIN (ML, N - K)
-            B(K + I) = B(K + I) + T*ABD(M + I, K)
-   20 CONTINUE
-      DO 30 K = N, 1, -1
-         B(K) = B(K)/ABD(M, K)
-         DO 30 I = 1, MIN (M - 1, K - 1)
-            B(K - I) = B(K - I) - B(K)*ABD(M - I, K)
-   30 CONTINUE
-      END
-
-      SUBROUTINE BDMULT (ABD, LDA, N, ML, MU, X, Y)
+      SUBROUTINE BDMULT (BAND, LDB, N, ML, MU, X, Y)
 C        Y := A*X for a band matrix that has not been factored.
-      INTEGER LDA, N, ML, MU
-      DOUBLE PRECISION ABD(LDA, *), X(*), Y(*)
+      INTEGER LDB, N, ML, MU
+      DOUBLE PRECISION BAND(LDB, *), X(*), Y(*)
       INTEGER I, J, M
       M = ML + MU + 1
       DO 10 I = 1, N
    10 Y(I) = 0.0D0
       DO 20 J = 1, N
          DO 20 I = MAX (1, J - MU), MIN (N, J + ML)
-   20 Y(I) = Y(I) + ABD(M + I - J, J)*X(J)
+   20 Y(I) = Y(I) + BAND(M + I - J, J)*X(J)
       RETURN
       END
 

@@ -90,56 +90,61 @@ C
       SUBROUTINE GEDET (A, LDA, N, IPIV, DET)
 C     The determinant as DET(1) * 10**DET(2), with 1 <= |DET(1)| < 10.
       INTEGER LDA, N, IPIV(N), I
-      DOUBLE PRECISION A(LDA, N), DET(2), TEN
+      DOUBLE PRECISION A(LDA, N), DET(2), TEN, X
       PARAMETER (TEN = 1D1)
       DET(1) = 1D0
       DET(2) = 0D0
-      DO 30 I = 1, N
-         IF (IPIV(I) .NE. I) DET(1) = -DET(1)
-         DET(1) = DET(1)*A(I, I)
-         IF (DET(1) .EQ. 0D0) GO TO 40
-   10    IF (ABS (DET(1)) .GE. 1D0) GO TO 20
-            DET(1) = TEN*DET(1)
-            DET(2) = DET(2) - 1D0
-            GO TO 10
-   20    IF (ABS (DET(1)) .LT. TEN) GO TO 30
-            DET(1) = DET(1)/TEN
-            DET(2) = DET(2) + 1D0
-            GO TO 20
-   30 CONTINUE
-   40 RETURN
+      DO 10 I = 1, N
+         X = DET(1)*A(I, I)
+         IF (IPIV(I) .NE. I) X = -X
+         DET(1) = X
+         IF (X .EQ. 0D0) GO TO 20
+C           the exponent of the product goes over to DET(2)
+         DET(2) = DET(2) + FLOOR (LOG10 (ABS (X)))
+         DET(1) = X/TEN**FLOOR (LOG10 (ABS (X)))
+   10 CONTINUE
+      RETURN
+   20 DET(2) = 0D0
       END
 C
       SUBROUTINE GEINV (A, LDA, N, IPIV, WORK)
 C     Replace the factors of A by the inverse.  WORK has N elements.
+C     Both triangles are inverted where they are; their product needs
+C     row I of the one and column J of the other from MAX (I, J) on, so
+C     the result can grow from the upper left corner.
       INTEGER LDA, N, IPIV(N)
-      DOUBLE PRECISION A(LDA, N), WORK(N), T
-      INTEGER I, J, K
-C        The inverse of U, in place.
-      DO 30 K = 1, N
-         A(K, K) = 1.0D0/A(K, K)
-         T = -A(K, K)
-         CALL VSCALE (K - 1, T, A(1, K), 1)
-         DO 20 J = K + 1, N
-            T = A(K, J)
-            A(K, J) = 0D0
-            CALL VADD (K, T, A(1, K), 1, A(1, J), 1)
-   20    CONTINUE
+      DOUBLE PRECISION A(LDA, N), WORK(N), VDOT
+      INTEGER I, J
+      EXTERNAL VDOT
+      DO 30 J = 1, N
+         A(J, J) = 1D0/A(J, J)
+         DO 10 I = 1, J - 1
+            A(I, J) = -VDOT (J - I, A(I, I), LDA, A(I, J), 1)*A(J, J)
+   10    CONTINUE
    30 CONTINUE
-C        Its product with the inverse of L, column by column.
-      DO 60 K = N - 1, 1, -1
-         DO 40 I = K + 1, N
-            WORK(I) = A(I, K)
-            A(I, K) = 0D0
+      DO 50 J = N - 1, 1, -1
+         DO 40 I = N, J + 1, -1
+            A(I, J) = -A(I, J) - VDOT (I - J - 1, A(I, J + 1), LDA,
+     +                A(J + 1, J), 1)
    40    CONTINUE
-         DO 50 J = K + 1, N
-            CALL VADD (N, -WORK(J), A(1, J), 1, A(1, K), 1)
-   50    CONTINUE
-   60 CONTINUE
+   50 CONTINUE
+      DO 80 J = 1, N
+         DO 60 I = 1, N
+            IF (I .LE. J) THEN
+               WORK(I) = A(I, J) + VDOT (N - J, A(I, MIN (J + 1, N)),
+     +                   LDA, A(MIN (J + 1, N), J), 1)
+            ELSE
+               WORK(I) = VDOT (N - I + 1, A(I, I), LDA, A(I, J), 1)
+            END IF
+   60    CONTINUE
+         DO 70 I = 1, N
+            A(I, J) = WORK(I)
+   70    CONTINUE
+   80 CONTINUE
 C        The columns take the places of the rows that were exchanged.
-      DO 70 K = N - 1, 1, -1
-         IF (IPIV(K) .NE. K) CALL VSWAP (N, A(1, K), 1, A(1, IPIV(K)),1)
-   70 CONTINUE
+      DO 90 J = N - 1, 1, -1
+         IF (IPIV(J) .NE. J) CALL VSWAP (N, A(1, J), 1, A(1, IPIV(J)),1)
+   90 CONTINUE
       END
 C
       SUBROUTINE CHFACT (A, LDA, N, INFO)

@@ -11,19 +11,19 @@ C     Inner product of X and Y.
       INTEGER N, LX, LY
       DOUBLE PRECISION X(*), Y(*)
       INTEGER I, IX, IY, M
-      DOUBLE PRECISION S
+      DOUBLE PRECISION S, T
       S = 0.0D0
       IF (N .LE. 0) GO TO 40
       IF (LX .NE. 1 .OR. LY .NE. 1) GO TO 20
-C        Both strides are one: the odd elements first, then four a turn.
-      M = MOD (N, 4)
-      DO 5 I = 1, M
+C        Both strides are one: two sums, of the halves.
+      M = N/2
+      T = 0.0D0
+      DO 10 I = 1, M
          S = S + X(I)*Y(I)
-    5 CONTINUE
-      DO 10 I = M + 1, N, 4
-         S = S + X(I)*Y(I) + X(I+1)*Y(I+1) + X(I+2)*Y(I+2)
-     1         + X(I+3)*Y(I+3)
+         T = T + X(M + I)*Y(M + I)
    10 CONTINUE
+      S = S + T
+      IF (2*M .LT. N) S = S + X(N)*Y(N)
       GO TO 40
    20 IX = 1
       IY = 1
@@ -105,32 +105,27 @@ C     X := A*X
 C
       DOUBLE PRECISION FUNCTION VNORM (N, X, LX)
 C     The Euclidean norm of X, guarded against overflow and underflow by
-C     keeping the sum of squares relative to the largest element so far.
+C     taking all elements relative to the largest one.
       INTEGER N, LX
       DOUBLE PRECISION X(*)
-      DOUBLE PRECISION BIG, SUM, T
-      INTEGER I, IX
+      DOUBLE PRECISION BIG, SUM
+      INTEGER I
       VNORM = 0.0D0
       IF (N .LT. 1) RETURN
       IF (N .EQ. 1) THEN
          VNORM = ABS (X(1))
          RETURN
       ENDIF
+C        First the largest, then the sum of squares relative to it.
       BIG = 0.0D0
-      SUM = 1.0D0
-      IX = 1
-      DO 10 I = 1, N
-         IF (X(IX) .NE. 0.0D0) THEN
-            T = ABS (X(IX))
-            IF (BIG .LT. T) THEN
-               SUM = 1.0D0 + SUM*(BIG/T)**2
-               BIG = T
-            ELSE
-               SUM = SUM + (T/BIG)**2
-            ENDIF
-         ENDIF
-         IX = IX + ABS (LX)
+      DO 10 I = 0, N - 1
+         BIG = MAX (BIG, ABS (X(1 + I*ABS (LX))))
    10 CONTINUE
+      IF (BIG .EQ. 0.0D0) RETURN
+      SUM = 0.0D0
+      DO 20 I = 0, N - 1
+         SUM = SUM + (X(1 + I*ABS (LX))/BIG)**2
+   20 CONTINUE
       VNORM = BIG*SQRT (SUM)
       RETURN
       END

@@ -12,7 +12,7 @@ c
       double precision a(maxn, maxn), acopy(maxn, maxn), v(maxn, maxn)
       double precision d(maxn), e(maxn), w(2, maxn), prec
       double precision resid, svcond, svnorm, lambda, trace
-      integer n, m, i, j, info, rank, perm(maxn), svrank, nprob, ios
+      integer n, m, i, j, info, rank, svrank, nprob, ios
       real penros
       character kind*1, title*30, line*80
       external resid, svcond, svnorm, svrank
@@ -50,10 +50,10 @@ c
       call verify ('Jacobi', resid (acopy, maxn, n, d, v))
       call clear
       call copy (acopy, a, maxn, n, n)
-      call trired (a, maxn, n, d, e)
-      call triql (n, d, e, a, maxn, *820)
-      call work ('QL ')
-      call verify ('QL', resid (acopy, maxn, n, d, a))
+      call trired (a, maxn, n, d, e, v, maxn)
+      call triqr (n, d, e, v, maxn, *820)
+      call work ('QR ')
+      call verify ('QR', resid (acopy, maxn, n, d, v))
       call copy (acopy, a, maxn, n, n)
       call jacobi (jobval, a, maxn, n, e, v, maxn, info)
       do 210 i = 1, n
@@ -72,8 +72,8 @@ c
       do 310 i = 1, n
          trace = trace + a(i, i)
   310 continue
-      call balanc (a, maxn, n, e)
-      call hessen (a, maxn, n, perm)
+      call evenup (a, maxn, n, e)
+      call hessen (a, maxn, n)
       call hessqr (a, maxn, n, w, info)
       if (info .ne. 0) go to 820
       call cvalue (w, n)

@@ -1,256 +1,215 @@
-c     Eigenvalues of general real matrices: balancing, Hessenberg form,
+c     Eigenvalues of general real matrices: scaling, Hessenberg form,
 c     double QR steps, and inverse iteration for a vector.
 c
-      subroutine balanc (a, lda, n, scale)
+      subroutine evenup (a, lda, n, scale)
 c
-c     Make corresponding rows and columns of about the same size, with
-c     factors that are powers of the base, so that no digit is lost.
+c     Give corresponding rows and columns about equal size, by factors
+c     that are powers of two, so that no digit is lost.
 c
       integer lda, n
       double precision a(lda, n), scale(n)
-      integer i, j
-      double precision base, base2, c, r, f, g, s
-      parameter (base = 2d0, base2 = base**2)
+      integer i, j, pass, kpow
+      double precision row, col, f
       logical done
       do 10 i = 1, n
          scale(i) = 1d0
    10 continue
-   20 done = .true.
-      do 80 i = 1, n
-         c = 0d0
-         r = 0d0
-         do 30 j = 1, n
-            if (j .eq. i) go to 30
-            c = c + abs (a(j, i))
-            r = r + abs (a(i, j))
-   30    continue
-         if (c .eq. 0d0 .or. r .eq. 0d0) go to 80
-         f = 1d0
-         s = c + r
-         g = r/base
-   40    if (c .lt. g) then
-            f = f*base
-            c = c*base2
-            go to 40
-         end if
-         g = r*base
-   50    if (c .gt. g) then
-            f = f/base
-            c = c/base2
-            go to 50
-         end if
-         if ((c + r)/f .lt. 0.95d0*s) then
+      do 50 pass = 1, 20
+         done = .true.
+         do 40 i = 1, n
+            row = -abs (a(i, i))
+            col = row
+            do 20 j = 1, n
+               row = row + abs (a(i, j))
+               col = col + abs (a(j, i))
+   20       continue
+            if (min (row, col) .le. 0d0) go to 40
+            kpow = nint (log (row/col)/log (4d0))
+            if (kpow .eq. 0) go to 40
             done = .false.
+            f = 2d0**kpow
             scale(i) = scale(i)*f
-            do 60 j = 1, n
+            do 30 j = 1, n
                a(i, j) = a(i, j)/f
-   60       continue
-            do 70 j = 1, n
+   30       continue
+            do 35 j = 1, n
                a(j, i) = a(j, i)*f
-   70       continue
-         end if
-   80 continue
-      if (.not. done) go to 20
+   35       continue
+   40    continue
+         if (done) return
+   50 continue
       end
 c
-      subroutine hessen (a, lda, n, perm)
+      subroutine mirror (m, x, u, beta)
+c     The reflection 1 - beta*u*u' of m elements that takes x to a
+c     multiple of the first unit vector.
+      integer m, i
+      double precision x(m), u(m), beta, norm, big
+      big = 0d0
+      do 10 i = 1, m
+         u(i) = x(i)
+         big = max (big, abs (x(i)))
+   10 continue
+      beta = 0d0
+      if (big .eq. 0d0) return
+      norm = 0d0
+      do 20 i = 1, m
+         u(i) = u(i)/big
+         norm = norm + u(i)**2
+   20 continue
+      u(1) = u(1) + sign (sqrt (norm), u(1))
+      norm = 0d0
+      do 30 i = 1, m
+         norm = norm + u(i)**2
+   30 continue
+      beta = 2d0/norm
+      end
 c
-c     Upper Hessenberg form by stabilized elementary transformations.
-c     perm(m) is the row that was exchanged with row m.  The multipliers
-c     stay below the subdiagonal; hessqr does not look at them.
-c
-      integer lda, n, perm(n), i, j, m
-      double precision a(lda, n), x, y
-      do 70 m = 2, n - 1
-         x = 0d0
-         i = m
-         do 10 j = m, n
-            if (abs (a(j, m - 1)) .gt. abs (x)) then
-               x = a(j, m - 1)
-               i = j
-            end if
+      subroutine reflec (h, ldh, m, n, u, beta)
+c     h := (1 - beta*u*u')*h, where h has m rows and n columns; from the
+c     right, with n elements in u, by the entry reflcr.
+      integer ldh, m, n, i, j
+      double precision h(ldh, *), u(*), beta, t
+      do 30 j = 1, n
+         t = 0d0
+         do 10 i = 1, m
+            t = t + u(i)*h(i, j)
    10    continue
-         perm(m) = i
-         if (i .ne. m) then
-            do 20 j = m - 1, n
-               y = a(i, j)
-               a(i, j) = a(m, j)
-               a(m, j) = y
-   20       continue
-            do 30 j = 1, n
-               y = a(j, i)
-               a(j, i) = a(j, m)
-               a(j, m) = y
-   30       continue
-         end if
-         if (x .eq. 0d0) go to 70
-         do 60 i = m + 1, n
-            y = a(i, m - 1)
-            if (y .ne. 0d0) then
-               y = y/x
-               a(i, m - 1) = y
-               do 40 j = m, n
-                  a(i, j) = a(i, j) - y*a(m, j)
-   40          continue
-               do 50 j = 1, n
-                  a(j, m) = a(j, m) + y*a(j, i)
-   50          continue
-            end if
-   60    continue
-   70 continue
+         t = beta*t
+         do 20 i = 1, m
+            h(i, j) = h(i, j) - t*u(i)
+   20    continue
+   30 continue
+      return
+c
+      entry reflcr (h, ldh, m, n, u, beta)
+      do 60 i = 1, m
+         t = 0d0
+         do 40 j = 1, n
+            t = t + h(i, j)*u(j)
+   40    continue
+         t = beta*t
+         do 50 j = 1, n
+            h(i, j) = h(i, j) - t*u(j)
+   50    continue
+   60 continue
+      end
+c
+      subroutine hessen (a, lda, n)
+c
+c     Upper Hessenberg form by reflections of whole columns.
+c
+      integer lda, n, i, k
+      double precision a(lda, n), beta
+      include 'limits.inc'
+      double precision u(maxn)
+      do 20 k = 1, n - 2
+         call mirror (n - k, a(k + 1, k), u, beta)
+         if (beta .eq. 0d0) go to 20
+         call reflec (a(k + 1, k), lda, n - k, n - k + 1, u, beta)
+         call reflcr (a(1, k + 1), lda, n, n - k, u, beta)
+         do 10 i = k + 2, n
+            a(i, k) = 0d0
+   10    continue
+   20 continue
       end
 c
       subroutine hessqr (h, ldh, n, w, info)
 c
-c     The eigenvalues of a Hessenberg matrix, as complex numbers held in
-c     pairs of elements of w: w(1, k) + i*w(2, k).  (The caller may keep
-c     them in an array of single precision complex numbers only if he
-c     converts them.)  info = k if the k-th one was not found.
+c     The eigenvalues of a Hessenberg matrix, as complex numbers kept in
+c     pairs of elements of w: w(1, k) + i*w(2, k).  Two shifts at a time
+c     are applied, which keeps the arithmetic real: their first column
+c     makes a bulge of three rows, and reflections push it down and out.
+c     info = k if the k-th one was not found.
 c
       integer ldh, n, info
       double precision h(ldh, n), w(2, n)
       include 'limits.inc'
       include 'counts.inc'
-      integer en, i, its, j, k, l, m, last
-      double precision norm, p, q, r, s, t, x, y, z, ww
+      integer i, k, m, low, high, tries, left, last
+      double precision sum, prod, x(3), u(3), beta, mean, root, wild
       info = 0
-      norm = 0d0
-      do 20 i = 1, n
-         do 10 j = max (i - 1, 1), n
-            norm = norm + abs (h(i, j))
-   10    continue
+      high = n
+      tries = 0
+   10 if (high .lt. 1) return
+c        From low to high no element below the diagonal is small.
+      do 20 low = high, 2, -1
+         if (abs (h(low, low - 1)) .le. eps*(abs (h(low, low)) +
+     &       abs (h(low - 1, low - 1)))) then
+            h(low, low - 1) = 0d0
+            go to 30
+         end if
    20 continue
-      t = 0d0
-      en = n
-   30 if (en .lt. 1) return
-      its = 0
-c        Look for a small element next to the diagonal.
-   40 do 50 l = en, 2, -1
-         s = abs (h(l - 1, l - 1)) + abs (h(l, l))
-         if (s .eq. 0d0) s = norm
-         if (abs (h(l, l - 1)) .le. eps*s) then
-            h(l, l - 1) = 0d0
-            go to 60
-         end if
-   50 continue
-      l = 1
-   60 x = h(en, en)
-      if (l .eq. en) then
-c           one root
-         w(1, en) = x + t
-         w(2, en) = 0d0
-         en = en - 1
-         go to 30
+      low = 1
+   30 if (low .eq. high) then
+         w(1, high) = h(high, high)
+         w(2, high) = 0d0
+         high = high - 1
+         tries = 0
+         go to 10
       end if
-      y = h(en - 1, en - 1)
-      ww = h(en, en - 1)*h(en - 1, en)
-      if (l .eq. en - 1) then
-c           two roots
-         p = 0.5d0*(y - x)
-         q = p**2 + ww
-         z = sqrt (abs (q))
-         x = x + t
-         if (q .ge. 0d0) then
-            z = p + sign (z, p)
-            w(1, en - 1) = x + z
-            w(1, en) = w(1, en - 1)
-            if (z .ne. 0d0) w(1, en) = x - ww/z
-            w(2, en - 1) = 0d0
-            w(2, en) = 0d0
+c        Sum and product of the eigenvalues at the end
+      sum = h(high - 1, high - 1) + h(high, high)
+      prod = h(high - 1, high - 1)*h(high, high) -
+     &       h(high - 1, high)*h(high, high - 1)
+      if (low .eq. high - 1) then
+         mean = sum/2
+         root = ((h(high - 1, high - 1) - h(high, high))/2)**2
+     &        + h(high - 1, high)*h(high, high - 1)
+         w(1, high - 1) = mean
+         w(1, high) = mean
+         w(2, high - 1) = 0d0
+         w(2, high) = 0d0
+         if (root .lt. 0d0) then
+            w(2, high - 1) = sqrt (-root)
+            w(2, high) = -sqrt (-root)
          else
-            w(1, en - 1) = x + p
-            w(1, en) = x + p
-            w(2, en - 1) = z
-            w(2, en) = -z
+            w(1, high - 1) = mean + sign (sqrt (root), mean)
+            w(1, high) = mean - sign (sqrt (root), mean)
+            if (w(1, high - 1) .ne. 0d0) w(1, high) =
+     &         prod/w(1, high - 1)
          end if
-         en = en - 2
-         go to 30
+         high = high - 2
+         tries = 0
+         go to 10
       end if
-      if (its .eq. maxit) then
-         info = en
+      tries = tries + 1
+      if (tries .gt. maxit) then
+         info = high
          return
       end if
-c        An exceptional shift now and then.
-      if (mod (its, 10) .eq. 9) then
-         t = t + x
-         do 70 i = 1, en
-            h(i, i) = h(i, i) - x
-   70    continue
-         s = abs (h(en, en - 1)) + abs (h(en - 1, en - 2))
-         x = 0.75d0*s
-         y = x
-         ww = -0.4375d0*s**2
+      nqr = nqr + 1
+      if (mod (tries, 8) .eq. 0) then
+c           a different shift, to break a cycle
+         wild = abs (h(high, high - 1)) + abs (h(high - 1, high - 2))
+         sum = 1.4d0*wild
+         prod = wild**2
          nreset = nreset + 1
       end if
-      its = its + 1
-      nqr = nqr + 1
-c        The row to begin with.
-      do 80 m = en - 2, l, -1
-         z = h(m, m)
-         r = x - z
-         s = y - z
-         p = (r*s - ww)/h(m + 1, m) + h(m, m + 1)
-         q = h(m + 1, m + 1) - z - r - s
-         r = h(m + 2, m + 1)
-         s = abs (p) + abs (q) + abs (r)
-         p = p/s
-         q = q/s
-         r = r/s
-         if (m .eq. l) go to 90
-         if (abs (h(m, m - 1))*(abs (q) + abs (r)) .le. eps*abs (p)*
-     &       (abs (h(m - 1, m - 1)) + abs (z) + abs (h(m + 1, m + 1))))
-     &       go to 90
-   80 continue
-   90 do 100 i = m + 2, en
-         h(i, i - 2) = 0d0
-         if (i .ne. m + 2) h(i, i - 3) = 0d0
-  100 continue
-c        The double step.
-      do 150 k = m, en - 1
-         last = min (k + 3, en)
-         if (k .ne. m) then
-            p = h(k, k - 1)
-            q = h(k + 1, k - 1)
-            r = 0d0
-            if (k .ne. en - 1) r = h(k + 2, k - 1)
-            x = abs (p) + abs (q) + abs (r)
-            if (x .eq. 0d0) go to 150
-            p = p/x
-            q = q/x
-            r = r/x
+      x(1) = h(low, low)*(h(low, low) - sum) + prod
+     &     + h(low, low + 1)*h(low + 1, low)
+      x(2) = h(low + 1, low)*(h(low, low) + h(low + 1, low + 1) - sum)
+      x(3) = h(low + 1, low)*h(low + 2, low + 1)
+      do 60 k = low, high - 1
+         m = min (3, high - k + 1)
+         left = max (k - 1, low)
+         if (k .gt. low) then
+            do 40 i = 1, m
+               x(i) = h(k + i - 1, k - 1)
+   40       continue
          end if
-         s = sign (sqrt (p**2 + q**2 + r**2), p)
-         if (k .ne. m) then
-            h(k, k - 1) = -s*x
-         else if (l .ne. m) then
-            h(k, k - 1) = -h(k, k - 1)
+         call mirror (m, x, u, beta)
+         if (beta .eq. 0d0) go to 60
+         last = min (k + 3, high)
+         call reflec (h(k, left), ldh, m, high - left + 1, u, beta)
+         call reflcr (h(low, k), ldh, last - low + 1, m, u, beta)
+         if (k .gt. low) then
+            do 50 i = k + 1, k + m - 1
+               h(i, k - 1) = 0d0
+   50       continue
          end if
-         p = p + s
-         x = p/s
-         y = q/s
-         z = r/s
-         q = q/p
-         r = r/p
-         do 120 j = k, en
-            p = h(k, j) + q*h(k + 1, j)
-            if (k .ne. en - 1) then
-               p = p + r*h(k + 2, j)
-               h(k + 2, j) = h(k + 2, j) - p*z
-            end if
-            h(k + 1, j) = h(k + 1, j) - p*y
-            h(k, j) = h(k, j) - p*x
-  120    continue
-         do 130 i = l, last
-            p = x*h(i, k) + y*h(i, k + 1)
-            if (k .ne. en - 1) then
-               p = p + z*h(i, k + 2)
-               h(i, k + 2) = h(i, k + 2) - p*r
-            end if
-            h(i, k + 1) = h(i, k + 1) - p*q
-            h(i, k) = h(i, k) - p
-  130    continue
-  150 continue
-      go to 40
+   60 continue
+      go to 10
       end
 c
       subroutine invit (a, lda, n, shift, x, work, ldw, lambda, *)

@@ -218,7 +218,8 @@ contains
           exit members
         end if
         call read_word(r, name)
-        if (associated(member_of(p, name))) call complain(r, 'name given twice')
+        member => member_of(p, name)
+        if (associated(member)) call complain(r, 'name given twice')
         if (.not. accept(r, ':')) call complain(r, '":" expected')
       end if
       call read_value(r, member)

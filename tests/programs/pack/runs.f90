@@ -1,10 +1,11 @@
 module runs
-  ! Run lengths: a run of four or more becomes an escape, a count and the letter.
+  ! Run lengths: a run of four or more becomes an escape, a count and the letter.  Counts are written as
+  ! characters from the blank on.
   implicit none
   private
   public :: squeeze_runs, expand_runs
   character, parameter :: escape = '~'
-  integer, parameter :: longest = 94, shortest = 4, base = ichar(' ')
+  integer, parameter :: longest = 94, shortest = 4, base = 32
 
 contains
 

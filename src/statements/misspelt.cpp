@@ -1,0 +1,263 @@
+// Guesses from the words that a refused statement begins with. A word is like another one if few letters are
+// missing, wrong, too many or changed about.
+#include "statements/misspelt.h"
+
+#include "declarations/symbols.h"
+#include "driver/options.h"
+
+#include "source/tokens.h"
+#include "statements/classify.h"
+#include "statements/constructs.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace zf90 {
+
+namespace {
+
+constexpr std::size_t most_letters = 20;
+
+// How many letters must be put in, left out, replaced or exchanged with the next one to turn one word into
+// the other.
+int distance(std::string_view a, std::string_view b) {
+    using row = std::array<int, most_letters + 1>;
+    row rows[3]{};
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        rows[0][j] = static_cast<int>(j);
+    }
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        row &now = rows[i % 3];
+        const row &before = rows[(i + 2) % 3];
+        now[0] = static_cast<int>(i);
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            now[j] =
+                std::min({before[j] + 1, now[j - 1] + 1, before[j - 1] + (a[i - 1] != b[j - 1] ? 1 : 0)});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+                now[j] = std::min(now[j], rows[(i + 1) % 3][j - 2] + 1);
+            }
+        }
+    }
+    return rows[a.size() % 3][b.size()];
+}
+
+// The names that a statement begins with, in upper case and run together; and those that end it.
+struct leading_words {
+    std::array<char, most_letters> letters;
+    std::size_t length = 0;
+
+    std::string_view text() const { return {letters.data(), length}; }
+
+    // Whether it is still short enough to be looked at.
+    bool add_token() {
+        const auto size = static_cast<std::size_t>(token_length);
+        if (length + size > most_letters) {
+            return false;
+        }
+        std::transform(token_text, token_text + size, letters.data() + length, char_fold);
+        length += size;
+        return true;
+    }
+};
+
+// What stands behind the words.
+enum text_form : unsigned char {
+    form_parentheses, // parentheses, and nothing else
+    form_control,     // an "=" and a comma, as in `I = 1, 5`, of which the words include the variable
+    form_name         // one name at most
+};
+
+struct misspelt_row {
+    std::string_view words;
+    int tolerance;
+    text_form form;
+    statement_kind kind;
+};
+
+constexpr misspelt_row misspelt_rows[] = {
+    {"SELECTCASE", 3, form_parentheses, stmtk_select_case},
+    {"SELECT", 1, form_parentheses, stmtk_select_case},
+    {"SWITCH", 0, form_parentheses, stmtk_select_case},
+    {"WHERE", 1, form_parentheses, stmtk_where_construct},
+    {"DOWHILE", 1, form_parentheses, stmtk_do_while},
+    {"WHILE", 0, form_parentheses, stmtk_do_while},
+    {"DO", 1, form_control, stmtk_do},
+    {"FOR", 0, form_control, stmtk_do},
+    {"ENDIF", 1, form_name, stmtk_end_if},
+    {"ENDDO", 1, form_name, stmtk_end_do},
+    {"ENDFOR", 0, form_name, stmtk_end_do},
+    {"ENDWHILE", 0, form_name, stmtk_end_do},
+    {"ENDSELECT", 2, form_name, stmtk_end_select},
+    {"ENDCASE", 0, form_name, stmtk_end_select},
+    {"ENDWHERE", 1, form_name, stmtk_end_where},
+};
+
+bool is_form_of_head(text_form form) { return form != form_name; }
+
+bool is_like(std::string_view text, const misspelt_row &row) {
+    return distance(text, row.words) <= row.tolerance;
+}
+
+// The current token is the first behind the words that were looked at.
+bool has_form(text_form form) {
+    switch (form) {
+    case form_parentheses:
+        if (curr_token != tok_lparen) {
+            return false;
+        }
+        skip_balanced();
+        return curr_token == tok_rparen && next_token(lex_peek) == tok_eos;
+    case form_control: // behind the first word: an optional label, and the variable
+        if (curr_token == tok_integer) {
+            next_token(lex_peek);
+        }
+        return curr_token == tok_name && next_token(lex_peek) == tok_assign && lookahead_find(tok_comma) == 1;
+    case form_name: break;
+    }
+    if (curr_token == tok_name) {
+        next_token(lex_peek);
+    }
+    return curr_token == tok_eos;
+}
+
+// Finds the row of the words read so far; the token behind them is current. No row fits an assignment, so
+// the order of the rows does not matter.
+const misspelt_row *find_row(std::string_view words, misspelt_kinds kinds) {
+    char *const rest = line_cursor;
+    const token_kind next = curr_token;
+    for (const misspelt_row &row : misspelt_rows) {
+        if ((kinds == misspelt_heads && !is_form_of_head(row.form)) || !is_like(words, row)) {
+            continue;
+        }
+        line_cursor = rest;
+        curr_token = next;
+        if (has_form(row.form)) {
+            return &row;
+        }
+    }
+    line_cursor = rest;
+    curr_token = next;
+    return nullptr;
+}
+
+// Whether the statement is a middle one of an IF: that would not begin anything.
+bool is_like_middle(std::string_view words) {
+    return distance(words, "ELSEIF") <= 2 || distance(words, "ELSE") <= 1 || distance(words, "CASE") <= 1 ||
+           distance(words, "ELSEWHERE") <= 2;
+}
+
+constexpr std::string_view loop_words[] = {"DO", "D0", "FOR"};
+
+bool is_then() {
+    constexpr std::string_view then = "THEN";
+    const auto length = static_cast<std::size_t>(token_length);
+    // In fixed form it has run into the name before it.
+    if (curr_token != tok_name || length < then.size() || (!fixed_form_input && length > then.size())) {
+        return false;
+    }
+    return std::equal(then.begin(), then.end(), token_text + length - then.size(),
+                      [](char a, char b) { return a == char_fold(b); });
+}
+
+statement_kind guess(misspelt_kinds kinds) {
+    leading_words words;
+    line_cursor = stmt_start;
+    next_token(lex_peek);
+    bool middle = false;
+    while (curr_token == tok_name && words.add_token()) {
+        next_token(lex_peek);
+        if (const misspelt_row *row = find_row(words.text(), kinds)) {
+            return row->kind;
+        }
+        middle = middle || is_like_middle(words.text());
+    }
+    if (middle) {
+        reach_state = reachable; // of the branch that it was to begin
+        return stmtk_bad;
+    }
+    return ends_with_then() ? stmtk_if_then : stmtk_bad;
+}
+
+} // namespace
+
+bool ends_with_then() {
+    line_cursor = stmt_start;
+    bool found = false;
+    while (next_token(lex_peek) != tok_eos) {
+        found = is_then();
+    }
+    return found;
+}
+
+bool begins_like_loop() {
+    return std::any_of(std::begin(loop_words), std::end(loop_words), [](std::string_view word) {
+        return std::equal(word.begin(), word.end(), stmt_start,
+                          [](char a, char b) { return a == char_fold(b); });
+    });
+}
+
+bool sets_something() {
+    line_cursor = stmt_start;
+    while (next_token(lex_peek) != tok_eos) {
+        if (curr_token == tok_assign) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool is_like_then(char *text) {
+    line_cursor = text;
+    leading_words words;
+    if (next_token(lex_peek) != tok_name || !words.add_token()) {
+        return false;
+    }
+    const int wrong = distance(words.text(), "THEN");
+    return wrong == 0 || (wrong == 1 && next_token(lex_peek) == tok_eos);
+}
+
+bool classify_misspelt(misspelt_kinds kinds) {
+    curr_stmt_kind = guess(kinds);
+    line_cursor = stmt_resume;
+    curr_token = tok_none;
+    return curr_stmt_kind != stmtk_bad;
+}
+
+namespace {
+
+// Closes the innermost construct if it is of that kind, and otherwise takes it for ended.
+void close_misspelt(construct_kind kind) {
+    const bool in_case = kind == cons_select && top_construct().kind == cons_case;
+    const construct_entry &entry = construct_stack[construct_depth - (in_case ? 1 : 0)];
+    const bool fits = entry.kind == kind || (kind == cons_do && entry.kind == cons_do_while);
+    if (!fits || entry.end_label) {
+        doubt_innermost_end();
+        return;
+    }
+    if (in_case) {
+        pop_construct();
+    }
+    pop_construct();
+}
+
+} // namespace
+
+bool run_misspelt() {
+    switch (curr_stmt_kind) {
+    case stmtk_if_then: push_refused_construct(cons_block_if, stmk_if); break;
+    case stmtk_do: push_refused_construct(cons_do, stmk_ido); break;
+    case stmtk_do_while: push_refused_construct(cons_do_while, stmk_while); break;
+    case stmtk_select_case: push_refused_construct(cons_select, stmk_select); break;
+    case stmtk_where_construct: push_refused_construct(cons_where, stmk_where); break;
+    case stmtk_end_do: close_misspelt(cons_do); break;
+    case stmtk_end_if: close_misspelt(cons_block_if); break;
+    case stmtk_end_select: close_misspelt(cons_select); break;
+    case stmtk_end_where: close_misspelt(cons_where); break;
+    default: break;
+    }
+    return false;
+}
+
+} // namespace zf90

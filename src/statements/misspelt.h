@@ -1,0 +1,31 @@
+// Statements that have been refused, but show what they were meant for: a construct begun by a misspelt word
+// has its END all the same, and a misspelt END leaves nothing open. What is found out here is a guess; it
+// keeps the statements that follow from being reported for the same mistake.
+#pragma once
+
+namespace zf90 {
+
+enum misspelt_kinds : unsigned char {
+    misspelt_heads, // of constructs
+    misspelt_any    // heads and ENDs
+};
+
+// For a statement of kind stmtk_bad: whether a construct was to begin or to end there. `curr_stmt_kind` is
+// its kind then. The cursor goes back to `stmt_resume`.
+bool classify_misspelt(misspelt_kinds kinds);
+
+// In place of the handler, for a kind that classify_misspelt has found: opens or closes the construct. False,
+// as from a statement in error.
+bool run_misspelt();
+
+// The statement from `stmt_start` on, in whatever state it is; these move the cursor.
+bool ends_with_then();
+bool sets_something(); // whether it has an "="
+
+// Whether the word at `stmt_start` begins like a DO that ran into its variable. Leaves the cursor.
+bool begins_like_loop();
+
+// Whether the text at the cursor is THEN with more behind it, or one word like it.
+bool is_like_then(char *text);
+
+} // namespace zf90
