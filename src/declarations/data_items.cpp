@@ -424,7 +424,7 @@ bool walk_loop(const expr_node *loop, item_visitor visitor) {
     }
     for (std::int32_t i = 0; i < range.count; ++i) {
         const std::uint64_t visits_before = visits;
-        const std::uint64_t reads_before = do_value_reads;
+        const std::uint64_t reads_before = count_of_do_value_reads();
         for (expr_node *e = loop->expr_list; e; e = e->next) {
             // Set each time, for a loop within may have the same variable.
             set_do_value(range.variable,
@@ -435,7 +435,7 @@ bool walk_loop(const expr_node *loop, item_visitor visitor) {
         }
         if (visits != visits_before) {
             idle_trips = 0;
-        } else if (do_value_reads == reads_before) {
+        } else if (count_of_do_value_reads() == reads_before) {
             return true; // no trip has an item
         } else if (++idle_trips > most_idle_trips) {
             error_at(msg_array_is_too_large, loop->source_pos);

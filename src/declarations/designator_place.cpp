@@ -8,13 +8,13 @@
 
 namespace zf90 {
 
-std::uint64_t do_value_reads;
-
 void set_do_value(symbol *s, std::int32_t value) {
     s->aux = reinterpret_cast<void *>(static_cast<std::intptr_t>(value));
 }
 
 namespace {
+
+std::uint64_t do_value_reads;
 
 std::int32_t do_value(const symbol *s) {
     ++do_value_reads;
@@ -170,6 +170,8 @@ bool find_place_of(expr_node *node, place_context context, designator_place &pla
 }
 
 } // namespace
+
+std::uint64_t count_of_do_value_reads() { return do_value_reads; }
 
 bool find_part(const expr_node *designator, place_context context, designator_place &place) {
     switch (designator->node_kind) {

@@ -33,6 +33,6 @@ bool evaluate_index(expr_node *expr, place_context context, std::int32_t &value)
 void set_do_value(symbol *s, std::int32_t value);
 
 // How often the value of any implied-DO variable has been used.
-extern std::uint64_t do_value_reads;
+std::uint64_t count_of_do_value_reads();
 
 } // namespace zf90
