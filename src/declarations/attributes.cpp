@@ -8,6 +8,7 @@
 #include "il/types.h"
 #include "source/tokens.h"
 
+#include <bit>
 #include <string_view>
 
 namespace zf90 {
@@ -309,14 +310,6 @@ constexpr std::array<row_bits, attribute_count> make_row_bits() {
 
 constinit const std::array<row_bits, attribute_count> attr_row_bits = make_row_bits();
 
-std::uint64_t bits_of(const attribute_set &set) {
-    std::uint64_t bits = 0;
-    for (std::size_t i = 0; i < attribute_count; ++i) {
-        bits |= std::uint64_t{set[i]} << i;
-    }
-    return bits;
-}
-
 } // namespace
 
 constinit const matrix attr_matrix = make_matrix();
@@ -340,11 +333,12 @@ bool check_attributes(symbol *s, attribute_set &set, source_pos position) {
     if (s) {
         merge(c);
     }
-    const std::uint64_t all = bits_of(c.all);
-    for (std::size_t i = 0; i < attribute_count; ++i) {
+    const std::uint64_t all = c.all.to_ullong();
+    for (std::uint64_t rest = all; rest != 0; rest &= rest - 1) {
+        const auto i = static_cast<std::size_t>(std::countr_zero(rest));
         const row_bits &row = attr_row_bits[i];
         const bool concerned = (row.conflicts & all) != 0 || (row.required != 0 && spec_part_over);
-        if (c.all[i] && concerned && !check_one(c, i, set)) {
+        if (concerned && !check_one(c, i, set)) {
             c.good = false;
         }
     }

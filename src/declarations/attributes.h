@@ -6,6 +6,7 @@
 #include "il/records.h"
 
 #include <array>
+#include <bitset>
 
 namespace zf90 {
 
@@ -17,7 +18,7 @@ enum attribute : std::uint8_t {
 };
 
 // One flag for each attribute.
-using attribute_set = std::array<bool, attribute_count>;
+using attribute_set = std::bitset<attribute_count>;
 
 // How an attribute stands to another one. On the diagonal, `conflict` says that it may not be stated twice.
 enum attribute_relation : std::uint8_t { no_relation, conflict, requires_named, requires_unnamed };

@@ -11,6 +11,8 @@
 #include "statements/handlers.h"
 #include "statements/loop.h"
 
+#include <unordered_map>
+
 namespace zf90 {
 
 namespace {
@@ -337,6 +339,27 @@ void settle_type_access(const symbol *s) {
     for (object *c = t->derived.first_field; c; c = c->next) {
         c->is_public = t->is_public && c->symbol_link && (c->symbol_link->flags & sf_public);
     }
+}
+
+object *find_component(const type *t, const struct atom *name) {
+    object *field = t->derived.first_field;
+    for (int few = 32; field && few > 0; --few, field = field->next) {
+        if (field->source_corresp.name == name) {
+            return field;
+        }
+    }
+    if (!field) {
+        return nullptr;
+    }
+    static std::unordered_map<const type *, std::unordered_map<const struct atom *, object *>> long_lists;
+    auto &components = long_lists[t];
+    if (components.empty()) {
+        for (object *o = field; o; o = o->next) {
+            components.emplace(o->source_corresp.name, o);
+        }
+    }
+    const auto found = components.find(name);
+    return found != components.end() ? found->second : nullptr;
 }
 
 void fix_forward_types() {

@@ -18,6 +18,9 @@ void finish_open_type();
 // of its host. Error 465 if there is none by now. Other types are returned as they are.
 type *resolve_forward_type(type *t);
 
+// The component of that name of a type whose definition is complete; null if there is none.
+object *find_component(const type *t, const struct atom *name);
+
 // When the unit ends: a type and its components take their accessibility from their names. The components of
 // a type that is not public are not public either.
 void settle_type_access(const symbol *s);

@@ -490,12 +490,18 @@ binding bind_arguments(type *routine_type, expr_node *&actuals, expr_node *&bad_
         return mode == binding_mode::call ? bind_implicit(actuals, is_void_routine(routine_type))
                                           : binding_done;
     }
-    placement found;
-    const binding result = match_arguments(routine_type, actuals, mode, found);
+    static placement spare; // keeps its room from call to call
+    placement found = std::move(spare);
+    found.of_dummies.clear();
+    found.repeated.clear();
+    found.bad_actual = nullptr;
+    binding result = match_arguments(routine_type, actuals, mode, found);
     bad_actual = found.bad_actual;
-    return result == binding_done && mode == binding_mode::call
-               ? rebuild(routine_type, found, actuals, routine)
-               : result;
+    if (result == binding_done && mode == binding_mode::call) {
+        result = rebuild(routine_type, found, actuals, routine);
+    }
+    spare = std::move(found);
+    return result;
 }
 
 } // namespace zf90

@@ -51,7 +51,9 @@ bool is_intrinsic(const object *o) { return o->storage_class == sc_intrinsic; }
 bool check_context(const expr_node *node, std::uint32_t flags) {
     // The arguments of a restricted expression are checked with one half of its flags.
     if (flags & ecf_restricted_a) {
-        error_at(msg_must_be_restricted_expression, node->source_pos);
+        if (node->type->type_code != tk_error) { // the name has been reported
+            error_at(msg_must_be_restricted_expression, node->source_pos);
+        }
         return false;
     }
     bool ok = true;
@@ -81,8 +83,13 @@ bool finish_call(expr_node *node, std::uint32_t flags, object *routine) {
     type *result = specific->type->routine.return_type;
     node->type = instantiate_result_type(result, specific, node->operands, routine);
     if (is_intrinsic(specific)) {
-        return run_intrinsic_handler(handler_index(specific), node, flags, routine) &&
-               check_type(node->type, routine);
+        if (!run_intrinsic_handler(handler_index(specific), node, flags, routine)) {
+            return false;
+        }
+        const source_pos outer = std::exchange(error_pos, node->source_pos); // the type has no place of its own
+        const bool ok = check_type(node->type, routine);
+        error_pos = outer;
+        return ok;
     }
     if (!check_context(node, flags)) {
         return false;

@@ -1,4 +1,5 @@
 // Names and what may follow them: lists in parentheses, components, the subscripts of components, substrings.
+#include "declarations/derived_types.h"
 #include "declarations/implicit.h"
 #include "declarations/intrinsic_names.h"
 #include "declarations/symbols.h"
@@ -180,10 +181,7 @@ expr_node *read_component(expr_node *base) {
         parse_error(msg_expected_identifier);
         return nullptr;
     }
-    object *field = defined_type(t)->derived.first_field;
-    while (field && field->source_corresp.name != curr_name.atom) {
-        field = field->next;
-    }
+    object *const field = find_component(defined_type(t), curr_name.atom);
     if (!field) {
         error_at(msg_there_is_no_field_with_name, curr_token_pos);
         next_token(0);

@@ -5,8 +5,11 @@
 #include "expressions/check.h"
 #include "expressions/operators.h"
 #include "expressions/rewrite.h"
+#include "expressions/shapes.h"
+#include "il/constants.h"
 #include "il/entries.h"
 #include "il/types.h"
+#include "intrinsics/intrinsic_codes.h"
 
 #include <algorithm>
 #include <vector>
@@ -19,7 +22,12 @@ namespace {
 struct substitution {
     object *specific;
     expr_node *actuals; // null: dummies become `enk_param`
+    // How many inquiries may still be replaced by what the dummy declares: bounds that ask for the bounds of
+    // other dummies several times would grow without end.
+    mutable std::uint32_t inquiries = 1000;
 };
+
+bool substitute(expr_node *&slot, const substitution &s);
 
 param_type *param_of_name(const object *specific, const atom *name) {
     param_type *p = specific->type->routine.param_type_list;
@@ -83,23 +91,121 @@ expr_node *replace_object_node(const expr_node *node, const substitution &s) {
     return leaf;
 }
 
+// The declared type of a dummy argument of the function that a node names; null for anything else and for a
+// pointer, which has the bounds of the argument that is passed.
+type *dummy_type(const expr_node *node, const object *specific) {
+    if (node->node_kind == enk_param) {
+        return node->parameter->is_pointer ? nullptr : node->parameter->type;
+    }
+    const bool is_dummy = node->node_kind == enk_object && node->object->is_parameter &&
+                          !node->object->is_pointer && is_inner(node->object, specific);
+    return is_dummy ? node->object->type : nullptr;
+}
+
+// A bound that the dummy argument declares, if it is known where the function is called.
+bool is_declared(const bound &b) { return b.kind == bound_constant || b.kind == bound_expression; }
+
+// LBOUND, UBOUND and SIZE of a dimension (from 1) of a dummy array that has bounds of its own.
+expr_node *inquire_dimension(const expr_node *inquiry, const type *array, unsigned dimension) {
+    const source_pos position = inquiry->source_pos;
+    bound lower = array->array.bound->bounds[dimension - 1];
+    const bound &upper = array->array.bound->bounds[array->array.rank + dimension - 1];
+    if (!is_declared(lower)) { // a plain colon
+        set_constant_bound(lower, 1);
+    }
+    if (inquiry->intrinsic == intr_lbound) {
+        return value_of(lower, position);
+    }
+    if (is_declared(upper)) {
+        return inquiry->intrinsic == intr_size ? extent_between(lower, upper, position)
+                                               : value_of(upper, position);
+    }
+    if (inquiry->intrinsic == intr_size || array->array.shape_kind == assumed_size) {
+        return nullptr;
+    }
+    // The upper bound follows from the size that is passed.
+    expr_node *result = copy_unchecked_node(inquiry);
+    result->intrinsic = intr_size;
+    if (lower.kind == bound_constant && lower.value == 1) {
+        return result;
+    }
+    result = make_integer_operation(eok_iadd, result, value_of(lower, position), position);
+    return make_integer_operation(eok_isubtract, result, new_integer_constant_node(1, default_integer()),
+                                  position);
+}
+
+expr_node *inquire_size(const expr_node *inquiry, const type *array) {
+    expr_node *size = nullptr;
+    for (unsigned d = 1; d <= array->array.rank; ++d) {
+        expr_node *extent = inquire_dimension(inquiry, array, d);
+        if (!extent) {
+            return nullptr;
+        }
+        size = size ? make_integer_operation(eok_imultiply, size, extent, inquiry->source_pos) : extent;
+    }
+    return size;
+}
+
+// A dummy argument may have another length and other bounds than the argument that is passed: what they are
+// by its declaration. Null where the actual argument tells.
+expr_node *inquire_dummy(const expr_node *inquiry, const object *specific) {
+    type *const t = inquiry->operands ? dummy_type(inquiry->operands, specific) : nullptr;
+    if (!t) {
+        return nullptr;
+    }
+    if (inquiry->intrinsic == intr_len) {
+        const type *text = element_type_of(t);
+        const bool is_own = text->type_code == tk_fcharacter && is_declared(text->character.length);
+        return is_own ? value_of(text->character.length, inquiry->source_pos) : nullptr;
+    }
+    const bool asks_for_bounds = inquiry->intrinsic == intr_lbound || inquiry->intrinsic == intr_ubound ||
+                                 inquiry->intrinsic == intr_size;
+    if (!asks_for_bounds || !is_array(t) || t->array.shape_kind > deferred_shape) {
+        return nullptr;
+    }
+    const expr_node *dim = inquiry->operands->next;
+    if (!dim || dim->node_kind == enk_empty) {
+        return inquiry->intrinsic == intr_size && t->array.shape_kind == explicit_shape
+                   ? inquire_size(inquiry, t)
+                   : nullptr;
+    }
+    if (dim->node_kind != enk_constant || dim->constant->repr_kind != ck_value) {
+        return nullptr;
+    }
+    const std::int32_t dimension = integer_value_of(dim->constant);
+    const bool exists = dimension >= 1 && dimension <= t->array.rank;
+    return exists ? inquire_dimension(inquiry, t, static_cast<unsigned>(dimension)) : nullptr;
+}
+
+expr_node *replace_inquiry(const expr_node *node, const substitution &s) {
+    expr_node *result = s.actuals && s.inquiries > 0 ? inquire_dummy(node, s.specific) : nullptr;
+    if (result) {
+        --s.inquiries;
+        substitute(result, s);
+    }
+    return result;
+}
+
 expr_node *replace_leaf(const expr_node *node, const substitution &s) {
+    if (node->node_kind == enk_intrinsic) {
+        return replace_inquiry(node, s);
+    }
     if (node->node_kind == enk_object) {
         return replace_object_node(node, s);
     }
     return s.actuals ? replace_dummy(node, s, node->parameter->source_corresp.name) : nullptr;
 }
 
+bool substitute(expr_node *&slot, const substitution &s) {
+    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
+}
+
 // A type with its length and its bounds rewritten; itself if nothing has changed.
 type *substitute_in_type(type *t, const substitution &s);
 
-bool substitute_bound(bound &b, const substitution &s) {
-    return substitute_dummies(b.expr, s.specific, s.actuals);
-}
-
 type *substitute_in_character(type *t, const substitution &s) {
     bound length = t->character.length;
-    if ((length.kind != bound_expression && length.kind != bound_same_as) || !substitute_bound(length, s)) {
+    if ((length.kind != bound_expression && length.kind != bound_same_as) || !substitute(length.expr, s)) {
         return t;
     }
     type *result = unchecked_copy(t);
@@ -115,7 +221,7 @@ type *substitute_in_array(type *t, const substitution &s) {
         bounds.assign(t->array.bound->bounds, t->array.bound->bounds + 2 * t->array.rank);
     }
     for (bound &b : bounds) {
-        changed = (b.kind == bound_expression && substitute_bound(b, s)) || changed;
+        changed = (b.kind == bound_expression && substitute(b.expr, s)) || changed;
     }
     if (!changed) {
         return t;
@@ -140,8 +246,7 @@ type *substitute_in_type(type *t, const substitution &s) {
 } // namespace
 
 bool substitute_dummies(expr_node *&slot, object *specific, expr_node *actuals) {
-    const substitution s{specific, actuals};
-    return rewrite_tree(slot, [&s](const expr_node *leaf) { return replace_leaf(leaf, s); });
+    return substitute(slot, {specific, actuals});
 }
 
 type *instantiate_result_type(type *t, object *specific, expr_node *actuals, object *routine) {

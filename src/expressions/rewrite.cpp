@@ -85,8 +85,13 @@ expr_node *rewrite_parts(expr_node *node, const leaf_rewriter &leaf) {
         }
         return node;
     }
-    case enk_operation:
     case enk_intrinsic:
+        if (expr_node *other = leaf(node)) {
+            return other;
+        }
+        rewrite(&expr_node::operands, true);
+        break;
+    case enk_operation:
     case enk_call: rewrite(&expr_node::operands, true); break;
     case enk_field: rewrite(&expr_node::base_expr, false); break;
     case enk_subscript:

@@ -7,8 +7,8 @@
 
 namespace zf90 {
 
-// What takes the place of a node that names an object or a dummy argument; null: the node stays. It must be
-// on no list.
+// What takes the place of a node that names an object or a dummy argument, or of a reference to an intrinsic
+// function; null: the node stays, with its parts rewritten. It must be on no list.
 using leaf_rewriter = std::function<expr_node *(const expr_node *leaf)>;
 
 // Rewrites a list of trees that have been checked, in which only what changes is copied. The copies are to be

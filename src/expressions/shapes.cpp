@@ -48,9 +48,13 @@ expr_node *value_of(expr_node *e, source_pos position) {
                                   : ref_at(e, position);
 }
 
+} // namespace
+
 expr_node *value_of(const bound &b, source_pos position) {
     return b.kind == bound_constant ? integer_node(b.value, position) : ref_at(b.expr, position);
 }
+
+namespace {
 
 // A reference to an intrinsic function with a default integer result. An absent second argument is null.
 expr_node *make_intrinsic(intrinsic_code code, expr_node *first, expr_node *second, source_pos position) {
@@ -172,6 +176,14 @@ expr_node *count_steps(expr_node *first, expr_node *last, expr_node *step, sourc
     }
     return not_below_zero(count, position);
 }
+
+} // namespace
+
+expr_node *extent_between(const bound &lower, const bound &upper, source_pos position) {
+    return count_steps(value_of(lower, position), value_of(upper, position), nullptr, position);
+}
+
+namespace {
 
 // A bound of a dimension of the whole of which a section is taken, as a number or by asking.
 expr_node *bound_of_whole(expr_node *whole, unsigned dimension, bool upper) {

@@ -18,6 +18,12 @@ bool constructor_extent(expr_node *node, object *routine, bound &extent);
 // length of a character expression.
 expr_node *expr_extent(expr_node *expr, unsigned dimension);
 
+// How many elements lie between two bounds, which are left as they are.
+expr_node *extent_between(const bound &lower, const bound &upper, source_pos position);
+
+// A bound that is a number or an expression, for use in another place.
+expr_node *value_of(const bound &b, source_pos position);
+
 // Makes the table of bounds of a type whose shape is that of a section or of another expression.
 void section_bounds(type *t);
 

@@ -343,7 +343,8 @@ void complete_array(type *t) {
     // An array that is too large is reported once, not again for each expression of its shape. The type is no
     // longer incomplete from now on.
     if (size.too_large && (owner == t || !is_too_large(owner))) {
-        error_at(msg_array_is_too_large, t->source_corresp.decl_position);
+        const source_pos declared = t->source_corresp.decl_position;
+        error_at(msg_array_is_too_large, declared.seq != 0 ? declared : error_pos);
     }
     t->size = size.bytes;
 }

@@ -62,8 +62,9 @@ bool handle_repeat(expr_node *node, std::uint32_t flags, object *routine) {
     expr_node *const text = node->operands;
     expr_node *const length = new_intrinsic_node(intr_len, default_integer(), new_ref(text));
     length->next = new_ref(argument(node, 1));
-    return finish_intrinsic(
-        node, character_of_length(text, new_operation(eok_imultiply, default_integer(), length)));
+    expr_node *const product = new_operation(eok_imultiply, default_integer(), length);
+    product->source_pos = node->source_pos; // it may overflow
+    return finish_intrinsic(node, character_of_length(text, product));
 }
 
 bool handle_trim(expr_node *node, std::uint32_t flags, object *routine) {

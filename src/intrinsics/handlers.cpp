@@ -32,12 +32,13 @@ expr_node *argument(const expr_node *node, unsigned number) {
 
 bool finish_intrinsic(expr_node *node, type *result) {
     const intrinsic_code code = handler_index(node->routine);
+    const bool is_elemental = node->routine->type->routine.is_elemental;
     expr_node *const operands = node->operands;
     set_expr_node_kind(node, enk_intrinsic);
     node->intrinsic = code;
     node->operands = operands;
     node->type = result;
-    node->for_all = is_array(result);
+    node->for_all = is_elemental && is_array(result);
     return true;
 }
 
