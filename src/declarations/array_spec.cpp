@@ -41,7 +41,12 @@ struct array_spec {
         error_at(msg_incompatible_array_shape_specifier, curr_token_pos);
         failed = true;
     }
-    void make_explicit() {
+    // A bound in error says nothing about the shape.
+    void make_explicit_unless(const bound &end) {
+        if (end.kind == bound_error) {
+            failed = true; // how many dimensions were meant is not certain either
+            return;
+        }
         if (rank > 1 && state != explicit_shape) {
             incompatible();
         }
@@ -93,7 +98,7 @@ void read_upper_bound(array_spec &spec, bound &upper) {
         break;
     default:
         upper = read_bound_expression();
-        spec.make_explicit();
+        spec.make_explicit_unless(upper);
         break;
     }
 }
@@ -119,7 +124,7 @@ void read_dimension(array_spec &spec, bound &lower, bound &upper) {
             lower = upper;
             read_upper_bound(spec, upper);
         } else {
-            spec.make_explicit();
+            spec.make_explicit_unless(upper);
         }
     }
 }

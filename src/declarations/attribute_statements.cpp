@@ -3,6 +3,7 @@
 #include "declarations/declarations.h"
 #include "declarations/implicit.h"
 #include "declarations/interfaces.h"
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "declarations/storage.h"
 #include "declarations/symbols.h"
@@ -62,15 +63,23 @@ bool read_named_constant() {
             next_token(0);
         }
         if (!accept_token(tok_assign, msg_expected_equals, lex_signed)) {
+            if (name.atom) {
+                give_up_type(make_variable(s, name));
+            }
             return false;
         }
     }
-    if (!parse_expression(entity_init) || !name.atom) {
+    const bool has_value = parse_expression(entity_init);
+    if (!name.atom) {
         return false;
     }
     const bool good = check_attributes(s, set, name.position);
-    apply_attributes(s, set, name);
-    return good;
+    set[attr_initialized] = has_value;
+    s = apply_attributes(s, set, name);
+    if (!has_value) {
+        give_up_type(s);
+    }
+    return good && has_value;
 }
 
 // An item of PUBLIC or PRIVATE, which has been peeked at.
@@ -143,16 +152,6 @@ bool access_statement(attribute access) {
 
 } // namespace
 
-// Keeps quiet about the uses of a name of which the shape is in error.
-static void make_type_unknowable(symbol *s) {
-    if (s->kind == sk_variable || s->kind == sk_dummy) {
-        entity_as<object>(s)->type = error_type();
-    } else if (s->kind == sk_undetermined) {
-        s->entity = error_type();
-    }
-    s->flags |= sf_typed | sf_inferred; // a declaration of its type is welcome all the same
-}
-
 symbol *read_plain_entity(attribute_set set) {
     if (!expect_token(tok_name, msg_expected_identifier)) {
         return nullptr;
@@ -195,7 +194,7 @@ symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_sh
     }
     s = apply_attributes(s, set, name);
     if (!has_shape) {
-        make_type_unknowable(s);
+        give_up_type(s);
     }
     return good && has_shape ? s : nullptr;
 }

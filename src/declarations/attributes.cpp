@@ -211,7 +211,7 @@ void merge(attribute_check &c) {
         const type *t = merge_kind(c);
         // The implicit rules may still be confirmed by a declaration.
         const bool counts = (s->flags & sf_typed) && (!(s->flags & sf_type_implicit) || spec_part_over);
-        if (t && counts) {
+        if (t && counts && t->type_code != tk_error) {
             merge_type(c, t);
         }
         if (t && is_array(t)) {

@@ -295,6 +295,9 @@ bool check_declared_variable(object *o) {
     if (!s || s->entity != o) {
         return true;
     }
+    if (s->kind == sk_variable && o->type->type_code == tk_error) {
+        return true; // what it lacks has been reported
+    }
     attribute_set none{};
     bool good = check_attributes(s, none, o->source_corresp.decl_position);
     if (s->kind != sk_variable) {

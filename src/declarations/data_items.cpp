@@ -14,6 +14,7 @@
 #include "il/types.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <vector>
 
 namespace zf90 {
@@ -323,8 +324,16 @@ bool visit_parts(expr_node *node, part_visitor visit) {
     return deep_call([&] { return visit_parts_of(node, visit); });
 }
 
+// How often a visitor has been called.
+std::uint64_t visits;
+
+bool visit_item(item_visitor visitor, expr_node *node, const designator_place &place) {
+    ++visits;
+    return visitor.visit(visitor.context, node, place);
+}
+
 bool walk_designator(expr_node *node, item_visitor visitor) {
-    auto each = [&](const designator_place &place) { return visitor.visit(visitor.context, node, place); };
+    auto each = [&](const designator_place &place) { return visit_item(visitor, node, place); };
     return visit_parts(node, visitor_of(each));
 }
 
@@ -356,7 +365,8 @@ bool evaluate_range(const expr_node *loop, loop_range &range) {
         return false;
     }
     const std::int64_t count = (std::int64_t{last} - range.first + range.step) / range.step;
-    if (count < 1) {
+    static std::unordered_set<const do_loop *> warned_loops; // a loop within a loop is met again and again
+    if (count < 1 && warned_loops.insert(control).second) {
         warning_at(msg_iteration_count_for_implied_do_loop_is_less, loop->source_pos);
     }
     range.count = static_cast<std::int32_t>(std::clamp<std::int64_t>(count, 0, INT32_MAX));
@@ -397,8 +407,12 @@ bool walk_run(expr_node *node, const loop_range &range, item_visitor visitor) {
         return false;
     }
     run.length = last.offset + last.length - run.offset;
-    return visitor.visit(visitor.context, node, run);
+    return visit_item(visitor, node, run);
 }
+
+// Trips of loops that may go by without an item before the walk is given up.
+constexpr std::uint64_t most_idle_trips = std::uint64_t{1} << 22;
+std::uint64_t idle_trips;
 
 bool walk_loop(const expr_node *loop, item_visitor visitor) {
     loop_range range;
@@ -409,6 +423,8 @@ bool walk_loop(const expr_node *loop, item_visitor visitor) {
         return walk_run(loop->expr_list, range, visitor);
     }
     for (std::int32_t i = 0; i < range.count; ++i) {
+        const std::uint64_t visits_before = visits;
+        const std::uint64_t reads_before = count_of_do_value_reads();
         for (expr_node *e = loop->expr_list; e; e = e->next) {
             // Set each time, for a loop within may have the same variable.
             set_do_value(range.variable,
@@ -416,6 +432,14 @@ bool walk_loop(const expr_node *loop, item_visitor visitor) {
             if (!walk_data_item(e, visitor)) {
                 return false;
             }
+        }
+        if (visits != visits_before) {
+            idle_trips = 0;
+        } else if (count_of_do_value_reads() == reads_before) {
+            return true; // no trip has an item
+        } else if (++idle_trips > most_idle_trips) {
+            error_at(msg_array_is_too_large, loop->source_pos);
+            return false;
         }
     }
     return true;

@@ -118,8 +118,9 @@ bool assign_to_item(void *context, const expr_node *designator, const designator
             if (is_castable(v, t)) {
                 convert_value(v.value, t);
                 store(match, designator, run, store_fold_value(v.value), offset, n);
-            } else {
+            } else if (!v.is_reported) {
                 error_at(msg_constant_type_is_incompatible_with_destination, v.value.source_pos);
+                note_reported_value(*match.queue);
             }
         }
         elements -= n;

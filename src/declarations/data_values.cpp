@@ -175,7 +175,13 @@ bool next_data_value(std::uint32_t &count, data_value &v) {
     count = 1;
     symbol *named = nullptr;
     if (!may_be_count(named)) {
-        return read_value(v);
+        const bool good = read_value(v);
+        if (!good || curr_token != tok_star || has_value(v.value)) {
+            return good;
+        }
+        next_token(value_mode); // a count that could not be read
+        read_value(v);
+        return false;
     }
     if (named) {
         read_named_constant(named, v);
@@ -197,6 +203,12 @@ void read_next(data_value_queue &queue) {
         queue.remaining = 0;
     }
 }
+
+} // namespace
+
+void note_reported_value(data_value_queue &queue) { queue.current.is_reported = true; }
+
+namespace {
 
 bool at_list_end() { return curr_token == tok_slash || curr_token == tok_eos; }
 

@@ -8,7 +8,8 @@ namespace zf90 {
 // A value as it was read. One in error has been reported, and has no value.
 struct data_value {
     fold_value value;
-    bool is_boz; // it has no type of its own
+    bool is_boz;      // it has no type of its own
+    bool is_reported; // it does not fit an item
 };
 
 // The list being read: the value at hand, and how often it is still to be used. `at_end`: after a failure, or
@@ -18,6 +19,9 @@ struct data_value_queue {
     std::uint32_t remaining;
     bool at_end;
 };
+
+// The value that was taken last has been reported; the other items that it is for are passed over.
+void note_reported_value(data_value_queue &queue);
 
 // Reads the first value, at the current token.
 void start_data_values(data_value_queue &queue);

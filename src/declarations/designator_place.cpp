@@ -14,7 +14,10 @@ void set_do_value(symbol *s, std::int32_t value) {
 
 namespace {
 
+std::uint64_t do_value_reads;
+
 std::int32_t do_value(const symbol *s) {
+    ++do_value_reads;
     return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(s->aux));
 }
 
@@ -167,6 +170,8 @@ bool find_place_of(expr_node *node, place_context context, designator_place &pla
 }
 
 } // namespace
+
+std::uint64_t count_of_do_value_reads() { return do_value_reads; }
 
 bool find_part(const expr_node *designator, place_context context, designator_place &place) {
     switch (designator->node_kind) {

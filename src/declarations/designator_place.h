@@ -32,4 +32,7 @@ bool evaluate_index(expr_node *expr, place_context context, std::int32_t &value)
 // The current value of the variable of an implied DO, which is kept in its symbol.
 void set_do_value(symbol *s, std::int32_t value);
 
+// How often the value of any implied-DO variable has been used.
+std::uint64_t count_of_do_value_reads();
+
 } // namespace zf90

@@ -5,6 +5,7 @@
 #include "declarations/external_names.h"
 #include "declarations/implicit.h"
 #include "declarations/intrinsic_names.h"
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "declarations/variables.h"
@@ -54,11 +55,11 @@ bool has_fixed_sizes(program_unit_kind kind) {
 
 // A length or bounds that only a dummy argument may have, or an automatic object in a procedure. The variable
 // is of no type from then on, so that there is one message about it.
-void check_extent(const symbol *s, object *o) {
+void check_extent(symbol *s, object *o) {
     const type *t = element_type_of(o->type);
     if (t->type_code == tk_fcharacter && t->character.length.kind == bound_assumed && !o->is_constant) {
         error_at(msg_variable_is_character_and_is_not_dummy_argument, s->decl_position, s->name->spelling);
-        o->type = error_type();
+        give_up_type(s);
         return;
     }
     if (!has_nonconstant_bound(o->type) || !has_fixed_sizes(unit_kind_of(s->scope_depth))) {
@@ -122,6 +123,13 @@ bool is_called_subroutine(const symbol *s) {
     return (s->flags & sf_called_as_subroutine) && !(has_own_type && (s->flags & sf_called_as_function));
 }
 
+// Whether a scalar that has been called is data all the same, by what else is done with its name: the
+// reference with a list is the mistake then, or, of a name with a declared type, the CALL.
+bool is_called_data(const symbol *s) {
+    const bool has_own_type = (s->flags & sf_typed) && !(s->flags & sf_type_implicit);
+    return (s->flags & sf_used_as_data) && (has_own_type || !(s->flags & sf_called_as_subroutine));
+}
+
 // A name of EXTERNAL, or one that was called and is no intrinsic.
 void finish_pending_external(symbol *s) {
     if (is_called_subroutine(s)) {
@@ -164,9 +172,12 @@ void finish_unused_external(symbol *s) {
 
 void finish_undetermined(symbol *s) {
     name_locator name{s->name, s->decl_position};
-    if (!(s->flags & sf_called) || is_array(entity_as<type>(s)) || is_quiet(s)) {
+    if (!(s->flags & sf_called) || is_array(entity_as<type>(s)) || is_quiet(s) || is_called_data(s)) {
         type_if_untyped(s);
-        finish_variable(make_variable(s, name));
+        const bool is_called = (s->flags & sf_called) != 0;
+        s = make_variable(s, name);
+        s->var_flags |= is_called ? std::uint32_t{vf_called_data} : 0u;
+        finish_variable(s);
         return;
     }
     const bool is_intrinsic = s->flags & sf_called_as_subroutine ? find_intrinsic_subroutine(s) != nullptr
@@ -199,7 +210,8 @@ void make_dummy_procedure(symbol *s, symbol_kind kind, type *return_type) {
 
 void finish_dummy(symbol *s) {
     object *o = entity_as<object>(s);
-    if ((s->flags & sf_called) && !is_array(o->type)) {
+    const bool is_scalar = !is_array(o->type) && o->type->type_code != tk_error;
+    if ((s->flags & sf_called) && is_scalar && !is_called_data(s)) {
         if ((s->flags & sf_called_as_subroutine) && !(s->flags & sf_typed)) {
             make_dummy_procedure(s, sk_dummy_subroutine, void_type());
         } else {
@@ -207,8 +219,10 @@ void finish_dummy(symbol *s) {
         }
         return;
     }
+    const bool is_called = (s->flags & sf_called) != 0;
     set_symbol_kind(s, sk_variable);
     s->entity = o;
+    s->var_flags |= is_called ? std::uint32_t{vf_called_data} : 0u;
     finish_variable(s);
 }
 
@@ -240,7 +254,8 @@ void pass_on_marks(const symbol *s) {
     } else {
         outer->flags |= (referenced ? sf_referenced : 0u) | (used_as_bound ? sf_used_as_bound : 0u);
     }
-    outer->flags |= s->flags & (sf_called | sf_called_as_subroutine | sf_called_as_function);
+    outer->flags |=
+        s->flags & (sf_called | sf_called_as_subroutine | sf_called_as_function | sf_used_as_data);
 }
 
 } // namespace

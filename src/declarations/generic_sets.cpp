@@ -241,8 +241,16 @@ private:
     std::vector<const object *> wild_;
 };
 
+// Of a procedure with an argument in error it is not known what it is told apart by.
 bool has_known_interface(const object *routine) {
-    return routine->type->type_code == tk_routine && routine->type->routine.has_param_info;
+    if (routine->type->type_code != tk_routine || !routine->type->routine.has_param_info) {
+        return false;
+    }
+    const param_type *p = routine->type->routine.param_type_list;
+    while (p && !is_reported(p)) {
+        p = p->next;
+    }
+    return !p;
 }
 
 bool check_public_member(object *routine) {

@@ -57,6 +57,8 @@ bool settle(symbol *s, type *&place, type *declared, bool override_type) {
     }
     if (reports_conflict(s)) {
         error(msg_type_declaration_conflicts_with_implied_type);
+        s->flags |= sf_referenced;
+        declared = error_type(); // which of the two is meant is not known
     }
     if (override_type) {
         scalar = declared;
@@ -159,6 +161,7 @@ void apply_implicit(symbol *s, source_pos position) {
     if (code != msg_unknown_error) {
         error_at(code, position == null_pos ? s->decl_position : position, s->name->spelling);
         implied = error_type();
+        s->flags |= sf_referenced; // one message about it is enough
     } else {
         s->flags |= sf_type_implicit;
     }

@@ -1,6 +1,7 @@
 // Names that become intrinsic procedures.
 #include "declarations/intrinsic_names.h"
 
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "driver/diagnostics.h"
 #include "expressions/predicates.h"
@@ -65,6 +66,7 @@ symbol *declare_intrinsic(symbol *s, name_locator &name) {
     if (!seeded) {
         if (s->name != error_atom) {
             error_at(msg_invalid_intrinsic_routine_name, name.position);
+            give_up_type(s);
         }
         return s;
     }

@@ -2,6 +2,7 @@
 #include "declarations/routines.h"
 
 #include "declarations/external_names.h"
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "declarations/variables.h"
 #include "il/entries.h"
@@ -507,6 +508,7 @@ void declare_result(symbol *s, name_locator &name, entry_description *entry) {
         if (const error_code code = check_result(s, routine); code != no_error) {
             error_at(code, name.position);
             name.atom = nullptr;
+            give_up_type(s); // it is declared as what it cannot be both
         }
     }
     if (!s || s->scope_depth != curr_scope_depth || !name.atom) {

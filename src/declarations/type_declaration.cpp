@@ -1,6 +1,8 @@
 // The type declaration statement: type, attribute list, and the entities with their shapes, lengths and
 // initial values.
 #include "declarations/declarations.h"
+#include "declarations/implicit.h"
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "declarations/type_spec.h"
@@ -114,7 +116,8 @@ void add_access(attribute_set &set, attribute a) {
     add_attribute(set, a);
 }
 
-// Passes over an item that is no attribute; only the first one is reported.
+// Passes over an item that is no attribute; only the first one is reported. What the entities lack without it
+// is not known.
 bool skip_unknown_attribute(bool &reported) {
     error_pos = curr_token_pos;
     if (!reported) {
@@ -166,23 +169,39 @@ bool read_attribute(attribute_set &set, bool &reported_unknown) {
     return true;
 }
 
+// Behind an attribute: whether another one follows, of which the keyword is read. If only its comma lacks,
+// that is reported as the missing end of the list.
+bool next_attribute() {
+    if (curr_token == tok_name && lookahead_find_at_depth(tok_double_colon, false)) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_double_colon);
+        lex_rewind_token();
+    } else if (curr_token != tok_comma) {
+        return false;
+    }
+    next_token(lex_keyword);
+    return true;
+}
+
 // ", attribute" as often as they come, and the "::" that must close them.
 bool read_attribute_list(attribute_set &set) {
     {
         const stop_at stop({tok_comma, tok_double_colon});
         bool reported_unknown = false;
-        while (curr_token == tok_comma) {
-            next_token(lex_keyword);
+        while (next_attribute()) {
             if (!read_attribute(set, reported_unknown)) {
                 return false;
             }
         }
+        if (reported_unknown) {
+            curr_type_spec = error_type();
+        }
     }
-    if (curr_token == tok_name) {
-        // The list of entities begins without it.
+    if (curr_token == tok_name || curr_token == tok_colon) {
+        // The list of entities begins without it, or with half of it.
         error_pos = curr_token_pos;
         report_syntax_error(msg_expected_double_colon);
-        return true;
+        return curr_token == tok_name || next_token(0) == tok_name;
     }
     return accept_token(tok_double_colon, msg_expected_double_colon, 0);
 }
@@ -224,7 +243,7 @@ bool read_entity_value(attribute_set &set, bool has_double_colon) {
     return true;
 }
 
-bool read_entity(attribute_set set, bool has_double_colon) {
+bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
     entity_type = curr_type_spec;
     entity_init = nullptr;
     if (!expect_token(tok_name, msg_expected_identifier)) {
@@ -237,7 +256,8 @@ bool read_entity(attribute_set set, bool has_double_colon) {
         const stop_at stop({tok_comma});
         if (curr_token == tok_lparen) {
             type *array = read_array_spec(element_type_of(curr_type_spec));
-            entity_type = array ? array : error_type();
+            // Of what is in error the shape is no more certain than the type.
+            entity_type = array && curr_type_spec->type_code != tk_error ? array : error_type();
         }
         if (is_array(entity_type)) {
             set_shape(set, entity_type);
@@ -247,20 +267,42 @@ bool read_entity(attribute_set set, bool has_double_colon) {
         }
     }
     bool good = true;
+    bool has_value = true;
     if (curr_token == tok_assign) {
-        good = read_entity_value(set, has_double_colon);
+        good = has_value = read_entity_value(set, has_double_colon);
     } else if (set[attr_parameter]) {
         error_pos = curr_token_pos;
         error(msg_expected_equals);
-        set[attr_parameter] = false;
+        set[attr_parameter] = has_value = false;
     }
     const bool is_component_of_any_length = set[attr_component] && set[attr_assumed_length];
+    const bool is_repeated = s && (s->flags & (sf_typed | sf_type_implicit | sf_inferred)) == sf_typed &&
+                             type_of_symbol(s) != entity_type;
+    const bool is_pointer = set[attr_pointer];
     if (!check_attributes(s, set, name.position) &&
-        (is_component_of_any_length || (is_array(entity_type) && !keeps_shape(set, entity_type)))) {
+        (is_component_of_any_length || is_repeated || is_pointer != set[attr_pointer] ||
+         (is_array(entity_type) && !keeps_shape(set, entity_type)))) {
         entity_type = error_type();
     }
-    apply_attributes(s, set, name);
+    declared = apply_attributes(s, set, name);
+    if (!has_value || entity_type->type_code == tk_error) {
+        give_up_type(declared);
+    }
     return good;
+}
+
+// Behind an entity, at a name or "::": something lacks in front of it. True if the next entity can be read.
+bool pass_missing_comma(symbol *last) {
+    error_pos = curr_token_pos;
+    report_syntax_error(msg_expected_comma);
+    if (curr_token == tok_name) {
+        return true;
+    }
+    if (last) {
+        give_up_type(last); // it was to be an attribute; the entities stand behind
+    }
+    declare_statement_in_error();
+    return false;
 }
 
 } // namespace
@@ -273,6 +315,7 @@ bool stmt_type_declaration() {
     }
     next_token(lex_keyword);
     if (!read_type_spec()) {
+        declare_statement_in_error();
         return false;
     }
     const bool is_character = curr_type_spec->type_code == tk_fcharacter;
@@ -289,6 +332,7 @@ bool stmt_type_declaration() {
         next_token(0);
     } else if (curr_token == tok_comma) {
         if (!read_attribute_list(set)) {
+            declare_statement_in_error();
             return false;
         }
         has_double_colon = true;
@@ -299,8 +343,14 @@ bool stmt_type_declaration() {
     bool good = true;
     const stop_at stop({tok_comma});
     for (;;) {
-        good = read_entity(set, has_double_colon) && good;
-        if (curr_token == tok_eos || !accept_unless_end(tok_comma, msg_expected_comma, 0)) {
+        symbol *last = nullptr;
+        good = read_entity(set, has_double_colon, last) && good;
+        if (curr_token == tok_name || curr_token == tok_double_colon) {
+            good = false;
+            if (!pass_missing_comma(last)) {
+                return false;
+            }
+        } else if (!accept_unless_end(tok_comma, msg_expected_comma, 0)) {
             return good;
         }
     }

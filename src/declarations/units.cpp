@@ -6,6 +6,7 @@
 #include "declarations/end_of_unit.h"
 #include "declarations/external_names.h"
 #include "declarations/interfaces.h"
+#include "declarations/names_in_error.h"
 #include "declarations/routines.h"
 #include "declarations/storage.h"
 #include "declarations/symbols.h"
@@ -237,6 +238,18 @@ void declare_named_result(symbol *function, entry_description *entry) {
     declare_result(s, name, entry);
 }
 
+// The same, where the result may be meant to have a name that could not be read: the type of the function may
+// be that of it.
+bool declare_uncertain_result(symbol *function, atom *written, entry_description *entry) {
+    declare_own_result(function, written, entry);
+    const object *const routine = entry ? entry->assoc_routine : curr_row().il_scope->assoc_routine;
+    object *const result = entry ? entry->function_result_var : curr_row().il_scope->function_result_var;
+    if (result->symbol_link && routine_of(routine).return_type->type_code == tk_unknown) {
+        give_up_type(result->symbol_link);
+    }
+    return false;
+}
+
 // RESULT (name), or nothing. Whatever is wrong, the function has a result afterwards. `quiet`: there was an
 // error ahead of it, and what is missing here brings no second one.
 bool read_result(symbol *function, atom *written, entry_description *entry, bool quiet) {
@@ -246,18 +259,15 @@ bool read_result(symbol *function, atom *written, entry_description *entry, bool
     }
     if (!accept_token(tok_kw_result, msg_expected_result, 0) ||
         !accept_token(tok_lparen, msg_expected_lparen, 0)) {
-        declare_own_result(function, written, entry);
-        return false;
+        return declare_uncertain_result(function, written, entry);
     }
     bool ok = curr_token == tok_name;
     if (!expect_token(tok_name, msg_expected_identifier)) {
-        declare_own_result(function, written, entry);
-        return false;
+        return declare_uncertain_result(function, written, entry);
     }
     if (curr_name.atom == written) {
         error_at(msg_result_name_must_not_be_same_as_entry, curr_token_pos);
-        declare_own_result(function, written, entry);
-        ok = false;
+        ok = declare_uncertain_result(function, written, entry);
     } else {
         declare_named_result(function, entry);
     }

@@ -1,18 +1,18 @@
 // Recursion whose depth a source decides. A routine that calls itself along trees, types or chains of names
-// makes its entry a `deep_call`: when many of these are within each other, the next one goes on on a stack of
-// its own, so that depth costs memory and never the end of the stack.
+// makes its entry a `deep_call`: when the stack has little room left, the next one goes on on a stack of its
+// own, so that depth costs memory and never the end of the stack.
 #pragma once
+
+#include <cstdint>
 
 namespace zf90 {
 
-// How many deep calls share a stack.
-inline constexpr unsigned deep_calls_per_stack = 200;
+// From this address downwards the stack of the thread has room only for what is between two deep calls. Zero
+// before its first deep call.
+extern thread_local std::uintptr_t deep_call_limit;
 
-// The number of deep calls that are under way. Only deep_call changes it.
-extern unsigned deep_call_depth;
-
-// Calls `run(argument)` on a new stack and returns when it has.
-void run_on_new_stack(void (*run)(void *argument), void *argument);
+// Calls `run(argument)` and returns when it has; on a new stack if this one has no room.
+void run_with_room(void (*run)(void *argument), void *argument);
 
 // Calls `body()` and returns its result, which must have a default value.
 template <class Body> auto deep_call(Body body) -> decltype(body()) {
@@ -21,17 +21,16 @@ template <class Body> auto deep_call(Body body) -> decltype(body()) {
         decltype(body()) result;
     };
     job the_job{body, {}};
-    if (++deep_call_depth % deep_calls_per_stack) {
+    if (deep_call_limit != 0 && reinterpret_cast<std::uintptr_t>(&the_job) > deep_call_limit) {
         the_job.result = body();
     } else {
-        run_on_new_stack(
+        run_with_room(
             [](void *argument) {
                 job &j = *static_cast<job *>(argument);
                 j.result = j.body();
             },
             &the_job);
     }
-    --deep_call_depth;
     return the_job.result;
 }
 

@@ -86,7 +86,8 @@ bool finish_call(expr_node *node, std::uint32_t flags, object *routine) {
         if (!run_intrinsic_handler(handler_index(specific), node, flags, routine)) {
             return false;
         }
-        const source_pos outer = std::exchange(error_pos, node->source_pos); // the type has no place of its own
+        const source_pos outer =
+            std::exchange(error_pos, node->source_pos); // the type has no place of its own
         const bool ok = check_type(node->type, routine);
         error_pos = outer;
         return ok;

@@ -263,6 +263,8 @@ expr_node *finish_list() {
     }
     if (list.in_designator && !list.has_triplet) {
         list.symbol->flags |= sf_called | sf_called_as_function;
+    } else if (list.has_triplet && is_character_symbol(list.symbol)) {
+        list.symbol->flags |= sf_used_as_data; // a substring of a scalar or a section of an array
     }
     return node;
 }
@@ -384,6 +386,13 @@ expr_node *advance_substring(expr_node *value) {
     return node;
 }
 
+// Whether the name that has been read is the whole of an actual argument: the only place where a procedure is
+// named without a list.
+bool is_whole_argument() {
+    return top_pending().kind == pending_list && top_pending().part == part_first &&
+           (curr_token == tok_comma || curr_token == tok_rparen);
+}
+
 } // namespace
 
 expr_node *start_name() {
@@ -396,6 +405,9 @@ expr_node *start_name() {
     } else {
         node = new_node(enk_symbol, position);
         node->symbol = s;
+        if (!is_whole_argument()) {
+            s->flags |= sf_used_as_data;
+        }
     }
     return node ? continue_designator(node, true) : nullptr;
 }

@@ -182,6 +182,13 @@ bool classify_name_with_list(expr_node *node) {
             become_subscript(node, enk_substring, o);
             return check_no_keywords(list);
         }
+        if ((s->var_flags & vf_called_data) && code != tk_fcharacter) {
+            // Of an array of which the shape was forgotten, each element would be reported.
+            if (s->var_flags & vf_list_reported) {
+                return false;
+            }
+            s->var_flags |= vf_list_reported;
+        }
     } else if (s && !node->has_triplet) {
         if (s->kind == sk_derived_type) {
             type *t = entity_as<type>(s);

@@ -472,6 +472,7 @@ enum symbol_flags : std::uint32_t {
     sf_clash_reported = 1u << 17, // with a name from a module
     sf_used_in_body = 1u << 18,   // named in an executable statement
     sf_called_as_function = 1u << 19,
+    sf_used_as_data = 1u << 20, // named where no procedure can stand
 };
 
 // `var_flags` of sk_variable and sk_dummy.
@@ -483,7 +484,9 @@ enum symbol_var_flags : std::uint32_t {
     vf_do_variable = 1u << 5,
     vf_in_namelist = 1u << 7,
     vf_has_initializer = 1u << 8,
-    vf_on_entry_list = 1u << 9, // while the dummy arguments of an ENTRY are read: it is one of them
+    vf_on_entry_list = 1u << 9,  // while the dummy arguments of an ENTRY are read: it is one of them
+    vf_called_data = 1u << 10,   // a scalar that some references take for a function or an array
+    vf_list_reported = 1u << 11, // one of these has been reported
 };
 
 // `aux2` of the procedure kinds, of sk_label, of sk_namelist and of sk_host_candidate.

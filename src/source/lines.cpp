@@ -435,6 +435,8 @@ bool next_segment() {
     return !stmt_overflowed;
 }
 
+bool lines_run_together;
+
 bool free_form_continuation(bool between_tokens) {
     char *const mark = line_cursor;
     const bool has_next = next_segment();
@@ -451,6 +453,7 @@ bool free_form_continuation(bool between_tokens) {
         warn_bang(position_of_cursor(line_cursor));
     } else if (*line_cursor) {
         error_at_cursor(msg_invalid_text_following_continuation_character_ampersand, line_cursor);
+        lines_run_together = true;
     }
     if (has_next) {
         line_cursor = next_text;

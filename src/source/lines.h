@@ -67,6 +67,10 @@ bool next_segment();
 // the text of the next line.
 bool free_form_continuation(bool between_tokens);
 
+// Set when text behind such an "&" has been reported: the next line is part of the statement all the same, so
+// what is wrong from there on is no other mistake. The statement loop clears it.
+extern bool lines_run_together;
+
 // With the cursor at a "!": past the comment.
 void skip_comment();
 

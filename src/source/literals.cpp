@@ -69,11 +69,23 @@ void set_value(struct type *type) {
 
 // ---- kinds
 
-// The value of the constant that the kind's name stands for; false if it stands for none.
-bool named_kind(std::int32_t &value) {
+// What the kind's name means; null if nothing.
+symbol *meaning_of_kind() {
     const atom *const name =
         find_atom(marks.kind_begin, static_cast<std::size_t>(marks.kind_end - marks.kind_begin));
-    const symbol *const s = name ? lookup_resolved(name->first_symbol, curr_scope_depth) : nullptr;
+    return name ? lookup_resolved(name->first_symbol, curr_scope_depth) : nullptr;
+}
+
+// Whether something is wrong with the kind's name itself, which has been reported.
+bool is_reported(const symbol *s) {
+    if (!s || (s->flags & sf_typed) == 0) {
+        return false;
+    }
+    return is_quiet(s) || (s->kind == sk_variable && entity_as<object>(s)->type->type_code == tk_error);
+}
+
+// The value of the constant that the kind's name stands for; false if it stands for none.
+bool named_kind(const symbol *s, std::int32_t &value) {
     if (!s || s->kind != sk_variable || !s->entity) {
         return false;
     }
@@ -93,7 +105,12 @@ bool named_kind(std::int32_t &value) {
 // one.
 bool literal_kind(std::int32_t &number) {
     if (!marks.kind_is_number) {
-        if (!named_kind(number)) {
+        const symbol *const s = meaning_of_kind();
+        if (is_reported(s)) {
+            set_error_constant();
+            return false;
+        }
+        if (!named_kind(s, number)) {
             bad_value(msg_kind_name_is_not_constant);
             return false;
         }

@@ -88,7 +88,7 @@ void recover_tokens() {
 }
 
 void report_syntax_error(error_code code) {
-    if (curr_token != tok_none && error_pos != last_reported) {
+    if (curr_token != tok_none && !lines_run_together && error_pos != last_reported) {
         error(code);
         last_reported = error_pos;
     }
@@ -129,6 +129,16 @@ bool expect_token(token_kind token, error_code code) {
 
 bool accept_token(token_kind token, error_code code, std::uint32_t mode) {
     if (!expect_token(token, code)) {
+        return false;
+    }
+    next_token(mode);
+    return true;
+}
+
+bool accept_opening(std::uint32_t mode) {
+    if (curr_token != tok_lparen) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_lparen);
         return false;
     }
     next_token(mode);

@@ -36,7 +36,11 @@ bool expect_token(token_kind token, error_code code);
 // The same, and reads the next token in the mode on success.
 bool accept_token(token_kind token, error_code code, std::uint32_t mode);
 
-// The same, but false in silence at the end of the statement.
+// accept_token for a "(" that begins a part of the statement: another one later on is none of its own, so
+// nothing is looked for.
+bool accept_opening(std::uint32_t mode);
+
+// accept_token, but false in silence at the end of the statement.
 bool accept_unless_end(token_kind token, error_code code, std::uint32_t mode);
 
 // If the current token is this one, reads the next in the mode. Otherwise `error_pos` is its position.

@@ -47,7 +47,7 @@ bool read_stat(statement *s) {
 template <class Add> bool read_list(il_statement_kind kind, bool has_stat, Add add) {
     check_reachable();
     next_token(0);
-    if (!accept_token(tok_lparen, msg_expected_lparen, lex_signed)) {
+    if (!accept_opening(lex_signed)) {
         return false;
     }
     const stop_at stops{tok_comma, tok_rparen};

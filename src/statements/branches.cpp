@@ -87,7 +87,8 @@ bool read_dependent_statement(const governing_statement &governing) {
     expr_node *condition;
     bool failed;
     if (!parse_condition(condition, failed)) {
-        open_if_meant(governing, governing.kind == stmk_if ? ends_with_then() : !sets_something());
+        open_if_meant(governing,
+                      governing.kind == stmk_if ? lines_run_together || ends_with_then() : !sets_something());
         return false;
     }
     char *const rest = line_cursor;
@@ -293,7 +294,7 @@ bool parse_case_range(case_range *range) {
 // The ranges of a CASE in parentheses, and the token behind them.
 bool parse_case_ranges(case_range *&list) {
     list = nullptr;
-    if (!accept_token(tok_lparen, msg_expected_lparen, lex_signed)) {
+    if (!accept_opening(lex_signed)) {
         return false;
     }
     bool good = true;
@@ -387,7 +388,8 @@ bool stmt_construct_name() {
         (taken->flags & (sf_referenced | sf_used_as_bound)) == 0) {
         taken = nullptr; // only a scope within this one uses the name, and it is not this name
     }
-    if (taken) {
+    const bool is_assignment = *line_cursor == '='; // as others write it: that will be told
+    if (taken && !is_assignment) {
         error_at(msg_label_has_already_been_defined, name.position);
         note_symbol_use(use_referenced, taken, name.position);
     }

@@ -19,6 +19,7 @@ namespace zf90 {
 statement_kind curr_stmt_kind;
 char *stmt_start;
 char *stmt_resume;
+bool is_bad_declaration;
 
 namespace {
 
@@ -161,7 +162,7 @@ bool may_be_new_function() {
         return true;
     }
     if (const symbol *s = lookup_current()) {
-        return s->kind == sk_undetermined && !is_array_name(s);
+        return s->kind == sk_undetermined && !is_array_name(s) && !is_quiet(s);
     }
     return !is_array_of_host();
 }
@@ -347,6 +348,7 @@ void classify_type_word(bool (*skip_selector)()) {
     line_cursor = selector;
     if (!skip_selector()) {
         unrecognized();
+        is_bad_declaration = true;
         return;
     }
     set_kind(stmtk_type_declaration, stmt_start);
@@ -725,6 +727,7 @@ void classify_statement() {
     skip_to_token();
     stmt_start = line_cursor;
     stmt_pos = position_of_cursor(line_cursor);
+    is_bad_declaration = false;
     classify_by_word(next_token(peek_word));
     line_cursor = stmt_resume;
 }

@@ -13,6 +13,9 @@ extern statement_kind curr_stmt_kind;
 extern char *stmt_start;  // the first character of the statement, behind its label
 extern char *stmt_resume; // where its handler begins
 
+// Of stmtk_bad: it is a type declaration, of which the parentheses of the type are not closed.
+extern bool is_bad_declaration;
+
 // Classifies the statement at `line_cursor`: sets `curr_stmt_kind`, `stmt_pos`, `stmt_start` and
 // `stmt_resume`, and leaves the cursor at `stmt_resume`. A statement without a handler of its own to report
 // what is wrong with it is reported here and has the kind stmtk_bad.

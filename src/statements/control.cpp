@@ -21,7 +21,7 @@ namespace zf90 {
 bool parse_condition(expr_node *&condition, bool &failed) {
     condition = nullptr;
     failed = true;
-    if (accept_token(tok_lparen, msg_expected_lparen, lex_signed)) {
+    if (accept_opening(lex_signed)) {
         const stop_at stops{tok_rparen, tok_comma};
         failed = !parse_expression(condition);
     }
@@ -58,7 +58,7 @@ namespace {
 // entered once. False if something was reported.
 bool parse_label_list(label_list_entry *&list, bool once) {
     list = nullptr;
-    if (!accept_token(tok_lparen, msg_expected_lparen, lex_label)) {
+    if (!accept_opening(lex_label)) {
         return false;
     }
     bool good = true;

@@ -132,7 +132,7 @@ bool stmt_do_while() {
     statement *s = begin_loop(stmk_while, cons_do_while);
     const bool label_good = read_do_label();
     next_token(0); // over WHILE
-    bool good = accept_token(tok_lparen, msg_expected_lparen, lex_signed);
+    bool good = accept_opening(lex_signed);
     if (good) {
         const stop_at stops{tok_rparen};
         good = parse_expression(s->expr);

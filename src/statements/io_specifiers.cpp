@@ -3,6 +3,7 @@
 #include "statements/io_specifiers.h"
 
 #include "declarations/namelist.h"
+#include "expressions/check.h"
 #include "expressions/parser.h"
 #include "il/entries.h"
 #include "il/types.h"
@@ -98,7 +99,13 @@ expr_node *parse_value(io_specifier specifier) {
     }
     next_token(lex_signed);
     expr_node *node;
-    return parse_expression(node) ? node : nullptr;
+    if (!parse_expression(node)) {
+        return nullptr;
+    }
+    if (curr_token != tok_comma && curr_token != tok_rparen) {
+        mark_error_node(node); // who knows what was meant
+    }
+    return node;
 }
 
 void append_specifier(io_control &c, io_specifier specifier, expr_node *node) {

@@ -6,12 +6,14 @@
 #include "statements/loop.h"
 
 #include "declarations/derived_types.h"
+#include "declarations/names_in_error.h"
 #include "declarations/symbols.h"
 #include "declarations/units.h"
 #include "driver/driver.h"
 #include "driver/options.h"
 #include "il/entries.h"
 #include "source/files.h"
+#include "source/token_helpers.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
 #include "statements/misspelt.h"
@@ -35,6 +37,8 @@ struct unit_progress {
                                // not counted in interface_depth then
     bool type_head_open;       // in a derived-type definition, before the first component
     bool head_reported;        // a statement in the head of the INTERFACE block was out of order
+    bool in_lost_body;         // behind the head of a contained procedure that could not be read
+    bool lost_body_nests;      // that one has procedures of its own
 };
 
 unit_progress unit;
@@ -170,13 +174,90 @@ void close_interface_block() {
     }
 }
 
+// ---- the body of a contained procedure of which the head could not be read
+
+// The name of the procedure, the last one in front of its list, if it has one. False if the statement, a bad
+// one or a type declaration, does not look like the head of a procedure.
+bool find_lost_name(name_locator &name) {
+    const saved_place place;
+    line_cursor = stmt_start;
+    int words = 0;
+    while (next_token(0) == tok_name) {
+        name = curr_name;
+        ++words;
+        if (words == 1 && curr_stmt_kind == stmtk_type_declaration && *line_cursor == '(') {
+            next_token(lex_peek);
+            skip_balanced();
+        }
+    }
+    if (curr_stmt_kind == stmtk_type_declaration) {
+        return curr_token == tok_lparen && words > 2; // the type, a word for FUNCTION, and the name
+    }
+    return curr_token == tok_lparen || (curr_token == tok_eos && words > 1);
+}
+
+// What follows, up to the END, is passed over, and so are the references to the procedure.
+void enter_lost_body() {
+    name_locator name{};
+    if (unit.contains_depth == 0 || in_interface_block() || !find_lost_name(name)) {
+        return;
+    }
+    unit.in_lost_body = true;
+    unit.lost_body_nests = false;
+    curr_name = name;
+    if (!lookup_at_depth(curr_scope_depth)) {
+        make_quiet(new_symbol(sk_undetermined, name, curr_scope_depth));
+    }
+}
+
+// Whether the END that is read is not that of the lost body but that of the unit around it.
+bool ends_unit_around() {
+    switch (curr_stmt_kind) {
+    case stmtk_end_function:
+    case stmtk_end_subroutine: break;
+    default: return true;
+    }
+    const program_unit_kind own = curr_stmt_kind == stmtk_end_function ? uk_function : uk_subroutine;
+    if (unit_kind_of(unit_level()) != own) {
+        return false;
+    }
+    const saved_place place;
+    line_cursor = stmt_resume;
+    return next_token(0) == tok_name && curr_routine()->source_corresp.name == curr_name.atom;
+}
+
+// In the lost body: whether the statement is passed over.
+bool belongs_to_lost_body() {
+    switch (statement_orders[curr_stmt_kind].order_class) {
+    case class_of_headers:
+        unit.in_lost_body = unit.lost_body_nests; // otherwise its END is missing, or there was no procedure
+        return false;
+    case ph_end:
+        if (curr_stmt_kind == stmtk_end_interface) {
+            return true;
+        }
+        unit.in_lost_body = false;
+        return !ends_unit_around();
+    case ph_contains: unit.lost_body_nests = true; return true;
+    default: unit.lost_body_nests = unit.lost_body_nests || curr_stmt_kind == stmtk_interface; return true;
+    }
+}
+
 // From ph_start, once the outermost unit has begun. True if the phase then is the statement's.
 bool enter_from_start() {
+    if (unit.in_lost_body && belongs_to_lost_body()) {
+        return false;
+    }
     switch (statement_orders[curr_stmt_kind].order_class) {
     case 0: return true;
     case class_of_headers: stmt_phase = ph_header; return true;
     case ph_end: break;
-    default: unit.head_reported = in_interface_block(); return out_of_order();
+    default:
+        unit.head_reported = in_interface_block();
+        if (curr_stmt_kind == stmtk_type_declaration) {
+            enter_lost_body();
+        }
+        return out_of_order();
     }
     stmt_phase = ph_end;
     if (curr_stmt_kind == stmtk_end_interface) {
@@ -200,6 +281,9 @@ bool climb() {
         switch (stmt_phase) {
         case ph_start:
             if (order_class == 0) {
+                if (curr_stmt_kind == stmtk_bad && !unit.in_lost_body) {
+                    enter_lost_body();
+                }
                 return true;
             }
             if (unit.header_seen) {
@@ -268,6 +352,9 @@ bool is_allowed_in_type() {
 }
 
 bool check_order() {
+    if (unit.in_lost_body && stmt_phase == ph_start && curr_stmt_kind == stmtk_end_interface) {
+        return false;
+    }
     if (stmt_phase > statement_orders[curr_stmt_kind].order_limit ||
         (curr_stmt_kind == stmtk_end_interface && !in_interface_block())) {
         return out_of_order();
@@ -338,13 +425,17 @@ void check_subprogram() {
     }
 }
 
+// One in an internal procedure is reported, and its procedures are read as what they are.
 bool check_contains(program_unit_kind u) {
-    if (!check_not_nested(u) || !check_not_block_data(u)) {
+    if (!check_not_block_data(u)) {
         return false;
     }
-    ++unit.contains_depth;
-    stmt_phase = ph_start;
-    return true;
+    const bool good = check_not_nested(u);
+    if (good || interface_depth == 0) {
+        ++unit.contains_depth;
+        stmt_phase = ph_start;
+    }
+    return good;
 }
 
 bool check_entry(program_unit_kind u) {
@@ -482,7 +573,7 @@ bool check_and_dispatch(const name_locator &label, bool has_label, bool misspelt
 // Passes over what the statement has left. Only where all was well until then it is worth a message.
 void finish_text(bool good) {
     if (curr_token != tok_eos) {
-        if (good) {
+        if (good && !lines_run_together) {
             error_at(msg_extra_text_after_expected_end_of_statement, curr_token_pos);
         }
         skip_to_eos();
@@ -504,6 +595,7 @@ bool may_be_misspelt() {
 
 void process_statement() {
     curr_label_symbol = nullptr;
+    lines_run_together = false;
     name_locator label = read_label();
     const bool has_label = label.atom;
     classify_statement();
@@ -583,7 +675,12 @@ void skip_line() {
     } while (token_text[0] != '\0');
 }
 
-bool stmt_bad() { return skip_to_eos(); }
+bool stmt_bad() {
+    if (is_bad_declaration) {
+        declare_statement_in_error();
+    }
+    return skip_to_eos();
+}
 
 bool stmt_include() {
     if (!first_stmt_on_line) {

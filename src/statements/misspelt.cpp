@@ -89,6 +89,8 @@ constexpr misspelt_row misspelt_rows[] = {
     {"ENDDO", 1, form_name, stmtk_end_do},
     {"ENDFOR", 0, form_name, stmtk_end_do},
     {"ENDWHILE", 0, form_name, stmtk_end_do},
+    {"NEXT", 0, form_name, stmtk_end_do},
+    {"WEND", 0, form_name, stmtk_end_do},
     {"ENDSELECT", 2, form_name, stmtk_end_select},
     {"ENDCASE", 0, form_name, stmtk_end_select},
     {"ENDWHERE", 1, form_name, stmtk_end_where},
@@ -150,15 +152,29 @@ bool is_like_middle(std::string_view words) {
 
 constexpr std::string_view loop_words[] = {"DO", "D0", "FOR"};
 
+// Whether the current token is the word THEN, or shows that it has been swallowed.
 bool is_then() {
     constexpr std::string_view then = "THEN";
-    const auto length = static_cast<std::size_t>(token_length);
-    // In fixed form it has run into the name before it.
-    if (curr_token != tok_name || length < then.size() || (!fixed_form_input && length > then.size())) {
-        return false;
+    auto length = static_cast<std::size_t>(token_length);
+    switch (curr_token) {
+    case tok_name:
+        // In fixed form it has run into the name before it.
+        if (!fixed_form_input && length > then.size()) {
+            return false;
+        }
+        break;
+    case tok_none: // by a text without an end
+        while (length > 0 && token_text[length - 1] == ' ') {
+            --length;
+        }
+        break;
+    case tok_lparen: // by a comment: `IF (!L) THEN`
+    case tok_and:
+    case tok_or: return true;
+    default: return false;
     }
-    return std::equal(then.begin(), then.end(), token_text + length - then.size(),
-                      [](char a, char b) { return a == char_fold(b); });
+    return length >= then.size() && std::equal(then.begin(), then.end(), token_text + length - then.size(),
+                                               [](char a, char b) { return a == char_fold(b); });
 }
 
 statement_kind guess(misspelt_kinds kinds) {
