@@ -24,6 +24,9 @@ struct source_place {
 // Finds the place of a sequence number in the tree of the files that were read.
 source_place find_source_place(const il_header *header, std::uint32_t seq);
 
+// The outermost unit that is being printed, or null: of its own types the module is not named.
+extern const object *printed_unit;
+
 // Prints a whole compilation.
 void regenerate_fortran(il_header *header);
 
