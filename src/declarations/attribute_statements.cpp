@@ -34,6 +34,7 @@ template <class Item> bool read_list(Item read_item) {
     do {
         good = read_item() && good;
     } while (accept_optional(tok_comma, 0));
+    give_up_rest(); // it is not clear what is to be done with it
     return good;
 }
 
@@ -183,13 +184,17 @@ symbol *read_array_entity(attribute_set set, bool require_spec, bool explicit_sh
         } else if (array) {
             error_at(msg_explicit_shape_specification_required, position);
         }
+        if (!array && curr_token == tok_eos) {
+            give_up_statement(); // the bracket that closes it is missing
+        }
     } else if (require_spec) {
         error_pos = curr_token_pos;
         syntax_error(msg_expected_lparen);
         has_shape = false;
     }
+    const type *const before = s ? type_of_symbol(s) : nullptr;
     const bool good = check_attributes(s, set, name.position);
-    if (!good && is_array(entity_type) && !keeps_shape(set, entity_type)) {
+    if (!good && is_array(entity_type) && (!keeps_shape(set, entity_type) || (before && is_array(before)))) {
         has_shape = false;
     }
     s = apply_attributes(s, set, name);
@@ -280,6 +285,7 @@ bool stmt_parameter() {
     {
         const stop_at stop({tok_rparen});
         if (!accept_token(tok_lparen, msg_expected_lparen, 0)) {
+            give_up_statement();
             return false;
         }
         good = read_list(read_named_constant);

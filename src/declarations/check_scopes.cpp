@@ -271,7 +271,7 @@ bool is_private_type(const type *t) { return t->type_code == tk_derived_type && 
 // What a name's accessibility and its SAVE say, now that no statement can change them.
 void settle_access(object *o) {
     const symbol *s = o->symbol_link;
-    if (!s) {
+    if (!s || s->from_module) { // a copy is what its original is
         return;
     }
     o->is_public = (s->flags & sf_public) != 0;

@@ -6,9 +6,13 @@
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "il/types.h"
+#include "source/token_helpers.h"
 #include "source/tokens.h"
 #include "statements/classify.h"
 #include "statements/loop.h"
+
+#include <algorithm>
+#include <string_view>
 
 namespace zf90 {
 
@@ -34,10 +38,17 @@ bool is_typed(const symbol *s) { return (s->flags & (sf_typed | sf_type_implicit
 // Whether the current scope still takes declarations.
 bool may_declare() { return in_type_def || (curr_scope_depth > 0 && !curr_row().spec_done); }
 
-void declare_current_name() {
+// Declares `curr_name`. `force`: even if it has a type.
+void declare_current_name(bool force) {
     name_locator name = curr_name;
     symbol *s = lookup_at_depth(curr_scope_depth);
-    if (s && (is_typed(s) || s->kind == sk_host_link || s->from_module)) {
+    if (s && (s->kind == sk_host_link || s->from_module)) {
+        return;
+    }
+    if (s && is_typed(s)) {
+        if (force) {
+            give_up_type(s);
+        }
         return;
     }
     attribute_set set{};
@@ -57,16 +68,89 @@ bool read_peeked_name() {
     return next_token(0) == tok_name;
 }
 
-// Moves to the next comma that stands in no parentheses, or to the end of the statement.
-void skip_entity() {
-    for (int depth = 0; curr_token != tok_eos && (curr_token != tok_comma || depth > 0);
-         next_token(lex_peek)) {
-        if (curr_token == tok_lparen || curr_token == tok_array_open) {
-            ++depth;
-        } else if (curr_token == tok_rparen || curr_token == tok_array_close) {
-            --depth;
+// Gives up the names from the current token on, which has been peeked at: those of a list, and those that a
+// value follows. `all`: the brackets don't fit, so that a list may go on within them. `force`: names that
+// have a type too.
+void give_up_names(bool all, bool force) {
+    int depth = 0;
+    bool in_value = false;
+    while (curr_token != tok_eos) {
+        if (read_peeked_name()) {
+            const name_locator name = curr_name;
+            next_token(lex_peek);
+            if (!in_value && (depth == 0 || all || curr_token == tok_assign)) {
+                const name_locator following = curr_name;
+                curr_name = name;
+                declare_current_name(force);
+                curr_name = following;
+            }
+            continue;
+        }
+        switch (curr_token) {
+        case tok_lparen:
+        case tok_array_open: ++depth; break;
+        case tok_rparen:
+        case tok_array_close: --depth; break;
+        case tok_assign: in_value = true; break;
+        case tok_comma: in_value = false; break;
+        default: break;
+        }
+        next_token(lex_peek);
+    }
+}
+
+// The words that begin a declaration. A name of which a type declaration is misspelt has no type yet.
+struct declaration_word {
+    std::string_view text;
+    bool is_type;
+};
+
+constexpr declaration_word declaration_words[] = {
+    {"ALLOCATABLE", false}, {"CHARACTER", true},       {"COMMON", false},    {"COMPLEX", true},
+    {"DIMENSION", false},   {"DOUBLE", true},          {"EXTERNAL", false},  {"EQUIVALENCE", false},
+    {"INTEGER", true},      {"INTENT", false},         {"INTRINSIC", false}, {"LOGICAL", true},
+    {"NAMELIST", false},    {"OPTIONAL", false},       {"PARAMETER", false}, {"POINTER", false},
+    {"REAL", true},         {"DOUBLEPRECISION", true}, {"TARGET", false},    {"TYPE", true},
+};
+
+constexpr std::size_t longest_word = 20;
+
+// How many letters must be put in, left out or replaced to make one word of the other.
+std::size_t distance(std::string_view a, std::string_view b) {
+    std::size_t row[longest_word + 1];
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        row[j] = j;
+    }
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i + 1;
+        for (std::size_t j = 0; j < b.size(); ++j) {
+            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
         }
     }
+    return row[b.size()];
+}
+
+// The word that the statement's first one was meant for, null if it is like none. Moves behind the first
+// word.
+const declaration_word *meant_word() {
+    char word[longest_word];
+    std::size_t length = 0;
+    line_cursor = stmt_start;
+    for (char c; c = char_fold(*line_cursor), c >= 'A' && c <= 'Z'; ++line_cursor) {
+        if (length == longest_word) {
+            return nullptr;
+        }
+        word[length++] = c;
+    }
+    for (const declaration_word &w : declaration_words) {
+        if (length > 2 && distance({word, length}, w.text) <= 2) {
+            return &w;
+        }
+    }
+    return nullptr;
 }
 
 // Moves behind the "::" of the statement. False, with the end of the statement current, if there is none.
@@ -110,24 +194,45 @@ bool find_first_entity() {
 } // namespace
 
 void declare_rest_in_error() {
-    if (!may_declare()) {
+    if (may_declare()) {
+        give_up_names(false, false);
+    }
+}
+
+void give_up_rest() {
+    if (may_declare() && curr_token != tok_eos) {
+        const saved_place place;
+        lex_rewind_token();
+        next_token(lex_peek);
+        give_up_names(false, true);
+    }
+}
+
+void give_up_statement() {
+    if (may_declare()) {
+        line_cursor = stmt_start;
+        next_token(lex_peek);
+        next_token(lex_peek);
+        give_up_names(true, true);
+    }
+}
+
+void give_up_misspelt_declaration() {
+    const declaration_word *word = may_declare() ? meant_word() : nullptr;
+    if (!word) {
         return;
     }
-    for (;;) {
-        if (read_peeked_name()) {
-            declare_current_name();
-        }
-        skip_entity();
-        if (curr_token == tok_eos) {
-            return;
-        }
+    char *const rest = line_cursor;
+    if (!find_double_colon()) {
+        line_cursor = rest;
         next_token(lex_peek);
     }
+    give_up_names(false, !word->is_type);
 }
 
 void declare_statement_in_error() {
     if (may_declare() && (find_double_colon() || find_first_entity())) {
-        declare_rest_in_error();
+        give_up_names(true, false);
     }
 }
 

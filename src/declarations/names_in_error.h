@@ -10,12 +10,22 @@ namespace zf90 {
 // the name counts as used. A later declaration of its type is welcome.
 void give_up_type(symbol *s);
 
-// Declares the names of a list of entities, from the current token to the end of the statement. A name that
-// has a type keeps it.
+// Declares the names of a list, from the current token to the end of the statement. A name that has a type
+// keeps it.
 void declare_rest_in_error();
 
-// The same for the type declaration that begins at `stmt_start`, of which the front can't be read: its
-// entities stand behind "::", or where a name follows an operand.
+// The same for the type declaration that begins at `stmt_start`, of which a part can't be read: its entities
+// stand behind "::", or where a name follows an operand.
 void declare_statement_in_error();
+
+// The same for what is left of a list that gives names an attribute: with the attribute unknown, a name that
+// has a type loses it. Leaves the current token as it is.
+void give_up_rest();
+
+// The same for all names of the statement that begins at `stmt_start`, of which the brackets don't fit.
+void give_up_statement();
+
+// The same for a statement that is none, if its first word is like one that begins a declaration.
+void give_up_misspelt_declaration();
 
 } // namespace zf90

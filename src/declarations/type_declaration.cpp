@@ -255,6 +255,7 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
     }
     name_locator name = curr_name;
     symbol *s = lookup_for_declaration();
+    bool is_unclosed = false;
     next_token(lex_lone_star);
     {
         const stop_at stop({tok_comma});
@@ -262,6 +263,7 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
             type *array = read_array_spec(element_type_of(curr_type_spec));
             // Of what is in error the shape is no more certain than the type.
             entity_type = array && curr_type_spec->type_code != tk_error ? array : error_type();
+            is_unclosed = !array && curr_token == tok_eos;
         }
         if (is_array(entity_type)) {
             set_shape(set, entity_type);
@@ -291,6 +293,9 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
     declared = apply_attributes(s, set, name);
     if (!has_value || entity_type->type_code == tk_error) {
         give_up_type(declared);
+    }
+    if (is_unclosed) {
+        declare_statement_in_error(); // the entities behind it too
     }
     return good;
 }

@@ -3,6 +3,7 @@
 
 #include "constants/folding.h"
 #include "declarations/derived_types.h"
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "declarations/units.h"
@@ -26,9 +27,19 @@ constexpr std::uint32_t selector_mode = lex_specifier | lex_signed;
 
 // ---- kinds
 
+// Whether nothing but its use tells of a name.
+bool is_undeclared(const symbol *s) {
+    return (s->kind == sk_undetermined || s->kind == sk_variable) && !s->from_module &&
+           (s->flags & (sf_typed | sf_type_implicit)) != sf_typed;
+}
+
 // The value of a kind selector that has been read. False if it has none, which has been reported.
 bool fold_kind(expr_node *selector, std::int32_t &kind) {
+    symbol *const name = selector->node_kind == enk_symbol ? selector->symbol : nullptr;
     if (!check_expression(selector, ECF_SPEC, curr_routine())) {
+        if (name && name->scope_depth == curr_scope_depth && is_undeclared(name)) {
+            give_up_type(name); // literals may have that kind
+        }
         return false;
     }
     if (selector->type->type_code == tk_error) {

@@ -90,11 +90,11 @@ symbol *read_module(const name_locator &name) {
     std::FILE *stream = open_for_reading(name, buffer);
     const il_header *root = read_il_file(stream, intern_module_name, make_module_symbol);
     std::fclose(stream);
-    check_module_entries();
     object *module = root->main_routine;
     if (!is_module_of_name(module, name.atom)) {
         catastrophe(msg_module_file_has_bad_format, name.atom->spelling);
     }
+    check_module_entries();
     symbol *s = new_further_symbol(sk_module, name, 0);
     s->flags &= ~std::uint32_t{sf_visible};
     s->entity = module;

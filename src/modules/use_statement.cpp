@@ -1,6 +1,7 @@
 // The USE statement: its rename and ONLY lists, and the meeting of a module's names with those of the scope.
 #include "declarations/external_names.h"
 #include "declarations/interfaces.h"
+#include "declarations/names_in_error.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "driver/diagnostics.h"
@@ -169,6 +170,9 @@ void read_rename(const used_module &m) {
     symbol *local = local_symbol(name.atom, m.level);
     next_token(0);
     if (!accept_token(tok_arrow, msg_expected_arrow, 0) || !name_is_here()) {
+        if (!local) {
+            make_quiet(new_symbol(sk_undetermined, name, m.level)); // what it was to stand for is not known
+        }
         return;
     }
     use_symbol(local, name, find_in_module(m.module, curr_name.atom), m);
@@ -177,7 +181,13 @@ void read_rename(const used_module &m) {
 
 // What follows the last item is not there, or it lacks a comma.
 void end_list() {
-    if (curr_token != tok_eos) {
+    if (curr_token == tok_name) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_comma);
+        lex_rewind_token();
+        next_token(lex_peek);
+        declare_rest_in_error();
+    } else if (curr_token != tok_eos) {
         expect_token(tok_comma, msg_expected_comma);
     }
 }

@@ -13,6 +13,8 @@
 
 namespace zf90 {
 
+const object *printed_unit;
+
 namespace {
 
 int print_to_dump_stream(const char *format, ...) {
@@ -26,7 +28,6 @@ int print_to_dump_stream(const char *format, ...) {
 } // namespace
 
 print_function print_hook = print_to_dump_stream;
-const object *printed_module;
 
 void set_print_hook(print_function hook) { print_hook = hook ? hook : print_to_dump_stream; }
 
@@ -274,7 +275,7 @@ void print_type_here(const type *t) {
         break;
     case tk_derived_type:
         print_hook("type (");
-        if (t->derived.module && t->derived.module != printed_module) {
+        if (t->derived.module && t->derived.module != printed_unit) {
             print_hook("%s_%s)", name_text(t->derived.module), name_text(t));
         } else {
             print_hook("%s)", name_text(t));

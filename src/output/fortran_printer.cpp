@@ -312,16 +312,38 @@ const char *unit_word(const object *unit) {
     }
 }
 
+// The dummy argument of a routine without a scope of its own, as its scope would have it.
+object dummy_of(const param_type *p) {
+    object o{};
+    o.source_corresp = p->source_corresp;
+    o.type = p->type;
+    o.storage_class = p->type && p->type->type_code == tk_routine ? sc_external : sc_local;
+    o.is_parameter = true;
+    o.is_pointer = p->is_pointer;
+    o.is_optional = p->is_optional;
+    o.intent_in = p->intent_in;
+    o.intent_out = p->intent_out;
+    return o;
+}
+
+const param_type *params_of(const object *routine) {
+    return routine->type && routine->type->type_code == tk_routine ? routine->type->routine.param_type_list
+                                                                   : nullptr;
+}
+
+void print_param_names(const object *routine) {
+    print_hook("(");
+    for (const param_type *p = params_of(routine); p; p = p->next) {
+        const bool is_label = p->type && p->type->type_code == tk_stmt_label;
+        print_hook("%s%s", is_label ? "*" : name_of(p), p->next ? ", " : "");
+    }
+    print_hook(")");
+}
+
 void print_result(const object *routine, const object *result) {
     if (result && result->source_corresp.name != routine->source_corresp.name &&
         result->source_corresp.name) {
         print_hook(" result (%s)", name_of(result));
-    }
-}
-
-void print_recursive(const object *routine) {
-    if (routine->type->type_code == tk_routine && routine->type->routine.is_recursive) {
-        print_hook("recursive ");
     }
 }
 
@@ -342,33 +364,19 @@ void print_unit_head(const object *unit) {
     case sc_intrinsic: print_hook("intrinsic %s", name_of(unit)); break;
     case sc_module: print_hook("module %s", name_of(unit)); break;
     default:
-        print_recursive(unit);
+        if (unit->type->type_code == tk_routine && unit->type->routine.is_recursive) {
+            print_hook("recursive ");
+        }
         print_hook("%s %s", unit_word(unit), name_of(unit));
-        print_name_list(s ? s->parameters : nullptr);
+        if (s) {
+            print_name_list(s->parameters);
+        } else {
+            print_param_names(unit);
+        }
         print_result(unit, s ? s->function_result_var : nullptr);
         break;
     }
     print_hook("\n");
-}
-
-// Of a procedure that is not in the file, its type says what the dummy arguments are.
-void print_interface_body(const object *specific) {
-    const routine_variant &r = specific->type->routine;
-    print_hook("%s", margin);
-    print_recursive(specific);
-    print_hook("%s %s(", unit_word(specific), name_of(specific));
-    for (const param_type *p = r.param_type_list; p; p = p->next) {
-        print_hook("%s%s", p->type->type_code == tk_stmt_label ? "*" : name_of(p), p->next ? ", " : "");
-    }
-    print_hook(")\n");
-    for (const param_type *p = r.param_type_list; p; p = p->next) {
-        if (p->type->type_code != tk_stmt_label) {
-            print_hook("%s", margin);
-            print_type(p->type);
-            print_hook(":: %s\n", name_of(p));
-        }
-    }
-    print_hook("%send %s %s\n", margin, unit_word(specific), name_of(specific));
 }
 
 void print_interface(const interface *i) {
@@ -383,8 +391,13 @@ void print_interface(const interface *i) {
             print_hook("%smodule procedure %s_%s\n", margin, name_of(module), name_of(specific));
         } else if (specific->storage_class == sc_internal) {
             print_hook("%smodule procedure %s\n", margin, name_of(specific));
-        } else if (specific->type->type_code == tk_routine) {
-            print_interface_body(specific);
+        } else {
+            print_unit_head(specific);
+            for (const param_type *p = params_of(specific); p; p = p->next) {
+                const object dummy = dummy_of(p);
+                print_declaration(&dummy, nullptr);
+            }
+            print_hook("%send %s %s\n", margin, unit_word(specific), name_of(specific));
         }
     }
     print_hook("%send interface\n", margin);
@@ -820,9 +833,9 @@ void print_statement(il_header *header, const statement *s, bool recursive) {
 }
 
 void print_program_unit(object *unit) {
-    const object *const outer_module = printed_module;
-    if (unit->storage_class == sc_module) {
-        printed_module = unit;
+    if (unit->storage_class == sc_module || unit->storage_class == sc_program ||
+        unit->storage_class == sc_external || unit->storage_class == sc_blockdata) {
+        printed_unit = unit;
     }
     print_unit_head(unit);
     const scope *const s = unit->variant.assoc_scope;
@@ -844,7 +857,6 @@ void print_program_unit(object *unit) {
     }
     print_hook("%send %s", margin, unit_word(unit));
     print_hook(unit->source_corresp.name ? " %s\n" : "\n", name_of(unit));
-    printed_module = outer_module;
 }
 
 namespace {
@@ -860,6 +872,7 @@ bool is_unit(const object *o) {
 void regenerate_fortran(il_header *header) {
     set_print_hook(nullptr);
     printed_header = header;
+    printed_unit = nullptr;
     last_file = nullptr;
     index_files(header);
     const source_file *const primary = header->primary_source_file;

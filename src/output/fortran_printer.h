@@ -24,6 +24,9 @@ struct source_place {
 // Finds the place of a sequence number in the tree of the files that were read.
 source_place find_source_place(const il_header *header, std::uint32_t seq);
 
+// The outermost unit that is being printed, or null: of its own types the module is not named.
+extern const object *printed_unit;
+
 // Prints a whole compilation.
 void regenerate_fortran(il_header *header);
 
@@ -36,9 +39,6 @@ void print_statement(il_header *header, const statement *s, bool recursive);
 void print_expression(const expr_node *e);
 void print_constant(const constant *c);
 void print_type(const type *t);
-
-// The module whose types are named without it, null for none: `print_program_unit` sets that of the unit.
-extern const object *printed_module;
 
 // Text whose angle brackets are escaped if `dump_html` is set, and text in angle brackets.
 void print_escaped(const char *text);

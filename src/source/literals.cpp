@@ -84,6 +84,17 @@ bool is_reported(const symbol *s) {
     return is_quiet(s) || (s->kind == sk_variable && entity_as<object>(s)->type->type_code == tk_error);
 }
 
+// A kind's name that nothing has declared: one message about it is enough.
+void note_unknown_kind(symbol *s) {
+    if (!s && curr_scope_depth > 0) {
+        name_locator name{nullptr, curr_token_pos};
+        intern_name(marks.kind_begin, static_cast<std::size_t>(marks.kind_end - marks.kind_begin), name.atom);
+        make_quiet(new_symbol(sk_undetermined, name, curr_scope_depth));
+    } else if (s && s->kind == sk_undetermined && (s->flags & sf_inferred)) {
+        make_quiet(s);
+    }
+}
+
 // The value of the constant that the kind's name stands for; false if it stands for none.
 bool named_kind(const symbol *s, std::int32_t &value) {
     if (!s || s->kind != sk_variable || !s->entity) {
@@ -105,13 +116,14 @@ bool named_kind(const symbol *s, std::int32_t &value) {
 // one.
 bool literal_kind(std::int32_t &number) {
     if (!marks.kind_is_number) {
-        const symbol *const s = meaning_of_kind();
+        symbol *const s = meaning_of_kind();
         if (is_reported(s)) {
             set_error_constant();
             return false;
         }
         if (!named_kind(s, number)) {
             bad_value(msg_kind_name_is_not_constant);
+            note_unknown_kind(s);
             return false;
         }
         if (number < 0) {

@@ -692,6 +692,48 @@ constexpr const char *kind_names[statement_kind_count] = {
 #include "statements/kinds.def"
 };
 
+// The words of statements that have a list of names behind "::".
+bool begins_declaration(token_kind word) {
+    switch (word) {
+    case tok_kw_character:
+    case tok_kw_complex:
+    case tok_kw_integer:
+    case tok_kw_logical:
+    case tok_kw_real:
+    case tok_kw_allocatable:
+    case tok_kw_dimension:
+    case tok_kw_optional:
+    case tok_kw_pointer:
+    case tok_kw_save:
+    case tok_kw_target: return true;
+    default: return false;
+    }
+}
+
+// A word and ":" ahead of the executable statements, where "::" was meant: it is not the name of a construct.
+// What follows is no statement, and is reported as that.
+void check_construct_name() {
+    line_cursor = stmt_start;
+    if (!begins_declaration(next_token(peek_word)) || next_token(lex_peek) != tok_colon) {
+        return;
+    }
+    skip_to_token();
+    char *const rest = line_cursor;
+    const source_pos position = position_of_cursor(rest);
+    if (next_token(peek_word) != tok_name) {
+        return;
+    }
+    line_cursor = rest;
+    next_token(lex_peek);
+    if (!classify_name_form()) {
+        error_at(msg_unrecognized_statement, position);
+        curr_stmt_kind = stmtk_bad;
+    }
+    if (curr_stmt_kind != stmtk_bad) {
+        curr_stmt_kind = stmtk_construct_name;
+    }
+}
+
 char *past_blanks(char *p) {
     while (*p == ' ' || *p == '\t') {
         ++p;
@@ -729,6 +771,9 @@ void classify_statement() {
     stmt_pos = position_of_cursor(line_cursor);
     is_bad_declaration = false;
     classify_by_word(next_token(peek_word));
+    if (curr_stmt_kind == stmtk_construct_name && stmt_phase < ph_execution) {
+        check_construct_name();
+    }
     line_cursor = stmt_resume;
 }
 

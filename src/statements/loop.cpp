@@ -678,6 +678,8 @@ void skip_line() {
 bool stmt_bad() {
     if (is_bad_declaration) {
         declare_statement_in_error();
+    } else {
+        give_up_misspelt_declaration();
     }
     return skip_to_eos();
 }

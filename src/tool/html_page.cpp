@@ -474,9 +474,6 @@ void print_html_page(loaded_il &file, const char *path, std::FILE *output) {
     put("<main>\n");
     put_summary(path);
     for (const unit_place &u : units) {
-        if (u.depth == 0) {
-            printed_module = u.unit->storage_class == sc_module ? u.unit : nullptr;
-        }
         put_unit(u.unit);
     }
     put_entries(dump);
