@@ -244,8 +244,8 @@ dimension_bounds bounds_of_dimension(const bound_info_entry *info, unsigned rank
     return d;
 }
 
-// Whether an array has the bounds that its type has: that of an operation or a section starts at 1, and so does
-// a component of all elements of an array.
+// Whether an array has the bounds that its type has: that of an operation or a section starts at 1, and so
+// does a component of all elements of an array.
 bool has_declared_bounds(const expr_node *array) {
     switch (array->node_kind) {
     case enk_field: return !is_array(array->base_expr->type);

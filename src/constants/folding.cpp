@@ -486,7 +486,8 @@ fold_outcome fold_constructor(expr_node *node, fold_value &value, bool must_fold
     if (!is_array(node->type)) {
         return fold_structure(node, value, must_fold);
     }
-    if (node->type->array.shape_kind == explicit_shape && is_too_large(node->type)) { // which has been reported
+    if (node->type->array.shape_kind == explicit_shape &&
+        is_too_large(node->type)) { // which has been reported
         mark_error_node(node);
         return fold_outcome::failed;
     }

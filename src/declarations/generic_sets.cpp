@@ -253,15 +253,29 @@ bool has_known_interface(const object *routine) {
     return !p;
 }
 
+void make_public(object *routine) {
+    routine->source_corresp.referenced = true;
+    routine->is_public = true;
+}
+
 bool check_public_member(object *routine) {
     if (depends_on_private_type(routine)) {
         error_at(msg_procedure_dependent_of_private_type_should_not_have,
                  routine->source_corresp.decl_position);
         return false;
     }
-    routine->source_corresp.referenced = true;
-    routine->is_public = true;
+    make_public(routine);
     return true;
+}
+
+// The members of a set that has come from a module, which has checked them.
+void pass_on_members(const interface *generic) {
+    for (const object_list_member *m = generic->routine_prototype_list; m && generic->is_public;
+         m = m->next) {
+        if (!depends_on_private_type(m->object)) {
+            make_public(m->object);
+        }
+    }
 }
 
 } // namespace
@@ -289,6 +303,10 @@ bool depends_on_private_type(const object *routine) {
 
 bool check_generic_set(interface *generic, bool (*check_member)(object *routine)) {
     if (generic->source_corresp.name == error_atom) {
+        return true;
+    }
+    if (generic->symbol_link && generic->symbol_link->from_module) {
+        pass_on_members(generic);
         return true;
     }
     generic_set set;
