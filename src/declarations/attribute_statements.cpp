@@ -30,12 +30,13 @@ attribute_set attributes(std::initializer_list<attribute> list) {
 // Items separated by commas, from the current token on. An item reads its name and the token behind it.
 template <class Item> bool read_list(Item read_item) {
     const stop_at stop({tok_comma});
+    const std::uint32_t errors_before = error_count;
     bool good = true;
     do {
         good = read_item() && good;
     } while (accept_optional(tok_comma, 0));
     give_up_rest(); // it is not clear what is to be done with it
-    return good;
+    return good && error_count == errors_before;
 }
 
 bool read_plain_list(const attribute_set &set) {
@@ -144,11 +145,12 @@ bool access_statement(attribute access) {
     }
     accept_optional(tok_double_colon, lex_peek);
     const stop_at stop({tok_comma});
+    const std::uint32_t errors_before = error_count;
     bool good = true;
     do {
         good = read_access_item(access) && good;
     } while (accept_optional(tok_comma, lex_peek));
-    return good;
+    return good && error_count == errors_before;
 }
 
 } // namespace

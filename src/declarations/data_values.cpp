@@ -198,7 +198,7 @@ bool next_data_value(std::uint32_t &count, data_value &v) {
 }
 
 void read_next(data_value_queue &queue) {
-    if (!next_data_value(queue.remaining, queue.current)) {
+    if (!next_data_value(queue.remaining, queue.current) || !has_value(queue.current.value)) {
         queue.at_end = true;
         queue.remaining = 0;
     }
@@ -224,7 +224,9 @@ std::uint32_t take_data_values(data_value_queue &queue, data_value &value, std::
         if (curr_token == tok_slash) {
             return 0;
         }
-        if (curr_token == tok_eos || !accept_token(tok_comma, msg_expected_comma, value_mode)) {
+        const std::uint32_t errors_before = error_count;
+        if (curr_token == tok_eos || !accept_token(tok_comma, msg_expected_comma, value_mode) ||
+            error_count != errors_before) {
             queue.at_end = true;
             return 0;
         }
