@@ -261,7 +261,9 @@ namespace {
 // What a variable has been so far that no dummy argument can be; the first that holds.
 error_code check_dummy_variable(const symbol *s, bool is_entry) {
     const object *o = entity_as<object>(s);
-    if (is_entry && (s->flags & sf_referenced)) {
+    // To stand in a list of a NAMELIST or DATA statement is a use too, but has a message of its own.
+    const bool is_listed = (s->var_flags & (vf_initialized | vf_in_namelist)) != 0;
+    if (is_entry && (s->flags & (is_listed ? sf_used_in_body : sf_referenced))) {
         return msg_prior_use_is_inconsistent_with_specification_as_dummy;
     }
     if (s->var_flags & vf_in_common) {

@@ -124,6 +124,7 @@ struct format_item {
     bool no_scale;  // no scale factor may stand before it
     bool no_repeat; // no repeat count may stand before it
     bool scaled;
+    bool scale_missing; // a P without its number, which has been reported
     bool repeated;
     error_code code; // what is wrong with the descriptor
     source_pos code_pos;
@@ -270,6 +271,7 @@ void parse_counts(format_item &item) {
         }
     } else if (at_letter('P')) {
         format_error(msg_missing_integer_constant, curr_token_pos);
+        item.scale_missing = true;
     } else {
         return;
     }
@@ -286,7 +288,7 @@ void parse_nothing(format_item &item) {
             item.code = msg_expected_format_edit_descriptor;
             item.code_pos = item.repeat_pos;
         }
-    } else if (!item.scaled || curr_token != tok_comma) {
+    } else if (!item.scale_missing && (!item.scaled || curr_token != tok_comma)) {
         fail_item(item, msg_expected_format_edit_descriptor);
     }
 }
