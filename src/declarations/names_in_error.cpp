@@ -10,8 +10,8 @@
 #include "source/tokens.h"
 #include "statements/classify.h"
 #include "statements/loop.h"
+#include "statements/misspelt.h"
 
-#include <algorithm>
 #include <string_view>
 
 namespace zf90 {
@@ -113,26 +113,6 @@ constexpr declaration_word declaration_words[] = {
     {"REAL", true},         {"DOUBLEPRECISION", true}, {"TARGET", false},    {"TYPE", true},
 };
 
-constexpr std::size_t longest_word = 20;
-
-// How many letters must be put in, left out or replaced to make one word of the other.
-std::size_t distance(std::string_view a, std::string_view b) {
-    std::size_t row[longest_word + 1];
-    for (std::size_t j = 0; j <= b.size(); ++j) {
-        row[j] = j;
-    }
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        std::size_t diagonal = row[0];
-        row[0] = i + 1;
-        for (std::size_t j = 0; j < b.size(); ++j) {
-            const std::size_t replaced = diagonal + (a[i] == b[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row[b.size()];
-}
-
 // The word that the statement's first one was meant for, null if it is like none. Moves behind the first
 // word.
 const declaration_word *meant_word() {
@@ -146,7 +126,7 @@ const declaration_word *meant_word() {
         word[length++] = c;
     }
     for (const declaration_word &w : declaration_words) {
-        if (length > 2 && distance({word, length}, w.text) <= 2) {
+        if (length > 2 && word_distance({word, length}, w.text) <= 2) {
             return &w;
         }
     }

@@ -15,6 +15,7 @@ namespace zf90 {
 
 construct_entry *construct_stack;
 int construct_depth = -1;
+bool constructs_in_doubt;
 reachability reach_state;
 statement *curr_statement;
 
@@ -138,6 +139,7 @@ bool ends_here(const construct_entry &entry) {
 void begin_construct_state() {
     construct_depth = -1;
     next_construct_number = 1;
+    constructs_in_doubt = false;
     reach_state = reachable;
     curr_statement = nullptr;
 }
@@ -200,6 +202,7 @@ void push_refused_construct(construct_kind kind, il_statement_kind statement_kin
     }
     push_construct(kind, s);
     top_construct().end_in_doubt = true;
+    constructs_in_doubt = true;
     if (is_loop(kind)) {
         top_construct().top_label_stmt = top;
     }

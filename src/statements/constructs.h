@@ -55,7 +55,8 @@ struct construct_entry {
 // ---- the stack. Pointers to entries last until the next push.
 
 extern construct_entry *construct_stack;
-extern int construct_depth; // index of the top, -1 if empty
+extern int construct_depth;      // index of the top, -1 if empty
+extern bool constructs_in_doubt; // a refused statement of the unit has been taken for the head of one
 extern reachability reach_state;
 extern statement *curr_statement; // the latest stmk_label made for the current statement
 

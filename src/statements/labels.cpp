@@ -187,13 +187,13 @@ void note_label_position(symbol *label, bool is_definition, source_pos position)
             if (seen == 0 || seen > here) {
                 label->branch_construct = here;
             }
-        } else if (seen != 0 && construct_of_number(seen) < 0) {
+        } else if (seen != 0 && construct_of_number(seen) < 0 && !constructs_in_doubt) {
             warning_at(msg_branch_destination_is_within_if_block_or_do, position);
         }
         return;
     }
     const std::uint32_t here = place_of_definition(label);
-    if (seen != 0 && seen < here) {
+    if (seen != 0 && seen < here && !constructs_in_doubt) {
         warning_at(msg_label_is_referenced_from_outside_if_block_or_do, position);
     }
     label->branch_construct = here;

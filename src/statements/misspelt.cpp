@@ -4,7 +4,6 @@
 
 #include "declarations/symbols.h"
 #include "driver/options.h"
-
 #include "source/tokens.h"
 #include "statements/classify.h"
 #include "statements/constructs.h"
@@ -12,18 +11,11 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <string_view>
 
 namespace zf90 {
 
-namespace {
-
-constexpr std::size_t most_letters = 20;
-
-// How many letters must be put in, left out, replaced or exchanged with the next one to turn one word into
-// the other.
-int distance(std::string_view a, std::string_view b) {
-    using row = std::array<int, most_letters + 1>;
+int word_distance(std::string_view a, std::string_view b) {
+    using row = std::array<int, longest_word + 1>;
     row rows[3]{};
     for (std::size_t j = 0; j <= b.size(); ++j) {
         rows[0][j] = static_cast<int>(j);
@@ -43,9 +35,11 @@ int distance(std::string_view a, std::string_view b) {
     return rows[a.size() % 3][b.size()];
 }
 
+namespace {
+
 // The names that a statement begins with, in upper case and run together; and those that end it.
 struct leading_words {
-    std::array<char, most_letters> letters;
+    std::array<char, longest_word> letters;
     std::size_t length = 0;
 
     std::string_view text() const { return {letters.data(), length}; }
@@ -53,7 +47,7 @@ struct leading_words {
     // Whether it is still short enough to be looked at.
     bool add_token() {
         const auto size = static_cast<std::size_t>(token_length);
-        if (length + size > most_letters) {
+        if (length + size > longest_word) {
             return false;
         }
         std::transform(token_text, token_text + size, letters.data() + length, char_fold);
@@ -89,8 +83,8 @@ constexpr misspelt_row misspelt_rows[] = {
     {"ENDDO", 1, form_name, stmtk_end_do},
     {"ENDFOR", 0, form_name, stmtk_end_do},
     {"ENDWHILE", 0, form_name, stmtk_end_do},
-    {"NEXT", 0, form_name, stmtk_end_do},
-    {"WEND", 0, form_name, stmtk_end_do},
+    {"NEXT", 0, form_name, stmtk_cycle}, // or the end of the loop
+    {"WEND", 0, form_name, stmtk_cycle},
     {"ENDSELECT", 2, form_name, stmtk_end_select},
     {"ENDCASE", 0, form_name, stmtk_end_select},
     {"ENDWHERE", 1, form_name, stmtk_end_where},
@@ -99,7 +93,7 @@ constexpr misspelt_row misspelt_rows[] = {
 bool is_form_of_head(text_form form) { return form != form_name; }
 
 bool is_like(std::string_view text, const misspelt_row &row) {
-    return distance(text, row.words) <= row.tolerance;
+    return word_distance(text, row.words) <= row.tolerance;
 }
 
 // The current token is the first behind the words that were looked at.
@@ -146,8 +140,8 @@ const misspelt_row *find_row(std::string_view words, misspelt_kinds kinds) {
 
 // Whether the statement is a middle one of an IF: that would not begin anything.
 bool is_like_middle(std::string_view words) {
-    return distance(words, "ELSEIF") <= 2 || distance(words, "ELSE") <= 1 || distance(words, "CASE") <= 1 ||
-           distance(words, "ELSEWHERE") <= 2;
+    return word_distance(words, "ELSEIF") <= 2 || word_distance(words, "ELSE") <= 1 ||
+           word_distance(words, "CASE") <= 1 || word_distance(words, "ELSEWHERE") <= 2;
 }
 
 constexpr std::string_view loop_words[] = {"DO", "D0", "FOR"};
@@ -230,12 +224,17 @@ bool is_like_then(char *text) {
     if (next_token(lex_peek) != tok_name || !words.add_token()) {
         return false;
     }
-    const int wrong = distance(words.text(), "THEN");
+    const int wrong = word_distance(words.text(), "THEN");
     return wrong == 0 || (wrong == 1 && next_token(lex_peek) == tok_eos);
 }
 
 bool classify_misspelt(misspelt_kinds kinds) {
     curr_stmt_kind = guess(kinds);
+    // Among declarations these are too much like one.
+    if (kinds == misspelt_heads &&
+        (curr_stmt_kind == stmtk_where_construct || curr_stmt_kind == stmtk_if_then)) {
+        curr_stmt_kind = stmtk_bad;
+    }
     line_cursor = stmt_resume;
     curr_token = tok_none;
     return curr_stmt_kind != stmtk_bad;
@@ -268,6 +267,7 @@ bool run_misspelt() {
     case stmtk_select_case: push_refused_construct(cons_select, stmk_select); break;
     case stmtk_where_construct: push_refused_construct(cons_where, stmk_where); break;
     case stmtk_end_do: close_misspelt(cons_do); break;
+    case stmtk_cycle: doubt_innermost_end(); break;
     case stmtk_end_if: close_misspelt(cons_block_if); break;
     case stmtk_end_select: close_misspelt(cons_select); break;
     case stmtk_end_where: close_misspelt(cons_where); break;

@@ -3,7 +3,17 @@
 // keeps the statements that follow from being reported for the same mistake.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 namespace zf90 {
+
+// The longest word that word_distance takes.
+inline constexpr std::size_t longest_word = 20;
+
+// How many letters must be put in, left out, replaced or exchanged with the next one to turn one word into
+// the other.
+int word_distance(std::string_view a, std::string_view b);
 
 enum misspelt_kinds : unsigned char {
     misspelt_heads, // of constructs
