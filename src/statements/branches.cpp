@@ -406,6 +406,14 @@ bool stmt_construct_name() {
             return false;
         }
         break;
+    case stmtk_if: // without its THEN
+        error_at(msg_construct_name_can_be_given_to_do_select, stmt_pos);
+        if (sets_something()) {
+            return false;
+        }
+        curr_stmt_kind = stmtk_if_then;
+        misspelt = true;
+        break;
     default: error_at(msg_construct_name_can_be_given_to_do_select, stmt_pos); return false;
     }
     symbol *label = nullptr;

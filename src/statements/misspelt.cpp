@@ -7,6 +7,7 @@
 #include "source/tokens.h"
 #include "statements/classify.h"
 #include "statements/constructs.h"
+#include "statements/loop.h"
 
 #include <algorithm>
 #include <array>
@@ -231,7 +232,7 @@ bool is_like_then(char *text) {
 bool classify_misspelt(misspelt_kinds kinds) {
     curr_stmt_kind = guess(kinds);
     // Among declarations these are too much like one.
-    if (kinds == misspelt_heads &&
+    if (stmt_phase < ph_execution &&
         (curr_stmt_kind == stmtk_where_construct || curr_stmt_kind == stmtk_if_then)) {
         curr_stmt_kind = stmtk_bad;
     }
