@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
 namespace zf90 {
@@ -191,20 +190,11 @@ bool evaluate_triplet(expr_node *triplet, const bound &lower, const bound &upper
     return true;
 }
 
-bool has_variable(expr_node *subscript) {
-    bool found = false;
-    expr_node *const next = std::exchange(subscript->next, nullptr); // the others are looked at in their turn
-    rewrite_tree(subscript, [&](const expr_node *leaf) -> expr_node * {
-        found = found || (leaf->node_kind == enk_object && !leaf->object->is_constant &&
-                          leaf->object->storage_class != sc_implied_do_var);
-        return nullptr;
-    });
-    subscript->next = next;
-    return found;
-}
-
 bool evaluate_vector(expr_node *vector, const bound &lower, const bound &upper, section_dimension &d) {
-    if (has_variable(vector)) {
+    const auto is_variable = [](const object *o) {
+        return !o->is_constant && o->storage_class != sc_implied_do_var;
+    };
+    if (names_object(vector, is_variable)) {
         error_at(msg_only_constants_do_variables_and_intrinsic_operations_are_allowed, vector->source_pos);
         return false;
     }

@@ -119,15 +119,14 @@ void make_external(symbol *s, symbol_kind kind, type *return_type) {
 // Whether CALL makes a name a subroutine. A name with a declared type that is referenced as a function too
 // stays a function: the CALL is the mistake.
 bool is_called_subroutine(const symbol *s) {
-    const bool has_own_type = (s->flags & sf_typed) && !(s->flags & sf_type_implicit);
-    return (s->flags & sf_called_as_subroutine) && !(has_own_type && (s->flags & sf_called_as_function));
+    return (s->flags & sf_called_as_subroutine) &&
+           !(has_explicit_type(s) && (s->flags & sf_called_as_function));
 }
 
 // Whether a scalar that has been called is data all the same, by what else is done with its name: the
 // reference with a list is the mistake then, or, of a name with a declared type, the CALL.
 bool is_called_data(const symbol *s) {
-    const bool has_own_type = (s->flags & sf_typed) && !(s->flags & sf_type_implicit);
-    return (s->flags & sf_used_as_data) && (has_own_type || !(s->flags & sf_called_as_subroutine));
+    return (s->flags & sf_used_as_data) && (has_explicit_type(s) || !(s->flags & sf_called_as_subroutine));
 }
 
 // A name of EXTERNAL, or one that was called and is no intrinsic.

@@ -87,10 +87,7 @@ object *result_of(const object *routine) {
     return nullptr;
 }
 
-bool has_explicit_type(const object *o) {
-    const symbol *s = o->symbol_link;
-    return s && (s->flags & sf_typed) && !(s->flags & sf_type_implicit);
-}
+bool has_explicit_type(const object *o) { return o->symbol_link && has_explicit_type(o->symbol_link); }
 
 // The type of a result is the type of its function. The function's own flag follows the result's.
 void settle_function_of(symbol *result, type *declared, bool override_type) {

@@ -53,7 +53,7 @@ symbol *declare_intrinsic(symbol *s, name_locator &name) {
     case sk_intrinsic_subroutine: return s;
     case sk_undetermined:
     case sk_external_pending:
-        if ((s->flags & (sf_typed | sf_type_implicit)) == sf_typed) {
+        if (has_explicit_type(s)) {
             declared = entity_as<type>(s);
         }
         break;

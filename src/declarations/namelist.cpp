@@ -161,8 +161,7 @@ symbol *declare_namelist(symbol *s, const name_locator &name) {
     if (s->kind == sk_namelist) {
         return s;
     }
-    const bool has_type = (s->flags & (sf_typed | sf_type_implicit)) == sf_typed;
-    if (s->kind != sk_undetermined || has_type || is_array(entity_as<type>(s))) {
+    if (s->kind != sk_undetermined || has_explicit_type(s) || is_array(entity_as<type>(s))) {
         error_at(msg_invalid_namelist_name, name.position);
         return s;
     }

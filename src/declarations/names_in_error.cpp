@@ -33,8 +33,6 @@ void give_up_type(symbol *s) {
 
 namespace {
 
-bool is_typed(const symbol *s) { return (s->flags & (sf_typed | sf_type_implicit)) == sf_typed; }
-
 // Whether the current scope still takes declarations.
 bool may_declare() { return in_type_def || (curr_scope_depth > 0 && !curr_row().spec_done); }
 
@@ -45,7 +43,7 @@ void declare_current_name(bool force) {
     if (s && (s->kind == sk_host_link || s->from_module)) {
         return;
     }
-    if (s && is_typed(s)) {
+    if (s && has_explicit_type(s)) {
         if (force) {
             give_up_type(s);
         }

@@ -64,14 +64,7 @@ bool uses_other_dummies(const bound &b, const object_set &main_list) {
     if (b.kind != bound_expression) {
         return false;
     }
-    bool found = false;
-    expr_node *tree = b.expr;
-    rewrite_tree(tree, [&](const expr_node *leaf) -> expr_node * {
-        found = found || (leaf->node_kind == enk_object && leaf->object->is_parameter &&
-                          main_list.count(leaf->object) == 0);
-        return nullptr;
-    });
-    return found;
+    return names_object(b.expr, [&](const object *o) { return o->is_parameter && main_list.count(o) == 0; });
 }
 
 bool uses_other_dummies(const object *o, const object_set &main_list) {

@@ -138,6 +138,11 @@ void claim_candidate(symbol *s);
 // second one.
 void mark_ambiguous(symbol *s, const atom *module);
 
+// Whether a statement has given the name its type, not the implicit rules.
+inline bool has_explicit_type(const symbol *s) {
+    return (s->flags & (sf_typed | sf_type_implicit)) == sf_typed;
+}
+
 // A name that something is wrong with, which has been reported: it stands for data of the error type from now
 // on, and nothing further is said about it.
 void make_quiet(symbol *s);

@@ -282,8 +282,8 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
         set[attr_parameter] = has_value = false;
     }
     const bool is_component_of_any_length = set[attr_component] && set[attr_assumed_length];
-    const bool is_repeated = s && (s->flags & (sf_typed | sf_type_implicit | sf_inferred)) == sf_typed &&
-                             type_of_symbol(s) != entity_type;
+    const bool is_repeated =
+        s && has_explicit_type(s) && !(s->flags & sf_inferred) && type_of_symbol(s) != entity_type;
     const bool is_pointer = set[attr_pointer];
     if (!check_attributes(s, set, name.position) &&
         (is_component_of_any_length || is_repeated || is_pointer != set[attr_pointer] ||

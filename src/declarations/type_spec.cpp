@@ -29,8 +29,7 @@ constexpr std::uint32_t selector_mode = lex_specifier | lex_signed;
 
 // Whether nothing but its use tells of a name.
 bool is_undeclared(const symbol *s) {
-    return (s->kind == sk_undetermined || s->kind == sk_variable) && !s->from_module &&
-           (s->flags & (sf_typed | sf_type_implicit)) != sf_typed;
+    return (s->kind == sk_undetermined || s->kind == sk_variable) && !s->from_module && !has_explicit_type(s);
 }
 
 // The value of a kind selector that has been read. False if it has none, which has been reported.

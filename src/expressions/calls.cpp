@@ -30,8 +30,7 @@ bool check_unit_name(expr_node *actual) {
 }
 
 bool names_operator(const interface *generic) {
-    const int token = generic->source_corresp.name ? generic->source_corresp.name->token_code : 0;
-    return token == tok_defined_op || (token >= first_operator_token && token <= last_operator_token);
+    return generic->source_corresp.name && is_operator_code(generic->source_corresp.name->token_code);
 }
 
 // `is_named` if they are those of a procedure, not of an operator.

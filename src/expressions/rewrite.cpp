@@ -153,4 +153,13 @@ bool rewrite_tree(expr_node *&slot, const leaf_rewriter &leaf) {
     return std::exchange(slot, result) != result;
 }
 
+bool names_object(expr_node *tree, const std::function<bool(const object *o)> &test) {
+    bool found = false;
+    rewritten(tree, [&](const expr_node *leaf) -> expr_node * {
+        found = found || (leaf->node_kind == enk_object && test(leaf->object));
+        return nullptr;
+    });
+    return found;
+}
+
 } // namespace zf90

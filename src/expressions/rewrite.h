@@ -15,6 +15,9 @@ using leaf_rewriter = std::function<expr_node *(const expr_node *leaf)>;
 // checked again, for now they may have a value. True if something changed.
 bool rewrite_tree(expr_node *&slot, const leaf_rewriter &leaf);
 
+// Whether a tree, without what follows it on its list, names an object of which the test holds.
+bool names_object(expr_node *tree, const std::function<bool(const object *o)> &test);
+
 // A copy that is on no list and is to be checked again.
 expr_node *copy_unchecked_node(const expr_node *node);
 

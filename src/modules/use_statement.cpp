@@ -203,11 +203,6 @@ void read_rename_list(const used_module &m) {
     end_list();
 }
 
-bool names_operator(const atom *name) {
-    const int code = name->token_code;
-    return code == tok_defined_op || (code >= first_operator_token && code <= last_operator_token);
-}
-
 // A name, an operator or the assignment of the ONLY list, or "name => name".
 void read_only_item(const used_module &m) {
     name_locator name;
@@ -220,7 +215,7 @@ void read_only_item(const used_module &m) {
         return;
     }
     local->flags |= sf_public;
-    if (names_operator(local->name) || curr_token != tok_arrow) {
+    if (is_operator_code(local->name->token_code) || curr_token != tok_arrow) {
         use_symbol(local, name, find_in_module(m.module, name.atom), m);
         return;
     }

@@ -48,6 +48,11 @@ enum token_kind : std::uint8_t {
 inline constexpr token_kind first_operator_token = tok_power;
 inline constexpr token_kind last_operator_token = tok_assign;
 
+// Whether the name of a generic set with this token code is that of an operator or of the assignment.
+inline bool is_operator_code(int code) {
+    return code == tok_defined_op || (code >= first_operator_token && code <= last_operator_token);
+}
+
 // Mode bits, in any combination. 0 is the plain mode inside expressions.
 enum lex_mode : std::uint32_t {
     lex_peek = 0x1,    // no diagnostics, no atoms, no conversion of literals; else the same, lines included
