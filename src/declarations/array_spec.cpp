@@ -27,24 +27,33 @@ private:
     bool before_;
 };
 
+// Whether the list has its ")": if not, attributes and entities may pass for dimensions.
+bool is_closed() {
+    const saved_place place;
+    return skip_to_closing(tok_rparen);
+}
+
 struct array_spec {
     bound lower[max_rank];
     bound upper[max_rank];
     unsigned rank = 0;
     enum shape_kind state = deferred_shape; // until a dimension decides
     bool failed = false;
+    bool bad_bound = false; // one could not be read: what follows it may belong to it
     bool reported_rank = false;
     bool reported_extras = false;
 
     // A dimension of another sort than those before it.
     void incompatible() {
-        error_at(msg_incompatible_array_shape_specifier, curr_token_pos);
+        if (!bad_bound && is_closed()) {
+            error_at(msg_incompatible_array_shape_specifier, curr_token_pos);
+        }
         failed = true;
     }
     // A bound in error says nothing about the shape.
     void make_explicit_unless(const bound &end) {
         if (end.kind == bound_error) {
-            failed = true; // how many dimensions were meant is not certain either
+            failed = bad_bound = true; // how many dimensions were meant is not certain either
             return;
         }
         if (rank > 1 && state != explicit_shape) {
@@ -180,7 +189,12 @@ type *read_array_spec(type *element) {
     }
     spec.failed =
         spec.failed || curr_token != tok_rparen; // the rest is unknown, though recovery may find ")"
-    if (!accept_token(tok_rparen, msg_expected_rparen, 0) || spec.failed) {
+    if (spec.bad_bound && curr_token != tok_rparen) {
+        const stop_at stop({tok_rparen});
+        recover_tokens(); // the error has been told
+    }
+    const bool closed = curr_token == tok_rparen || !spec.bad_bound;
+    if (!closed || !accept_token(tok_rparen, msg_expected_rparen, 0) || spec.failed) {
         return nullptr;
     }
     return make_array_type(spec, element, position);

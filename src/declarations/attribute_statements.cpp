@@ -225,12 +225,14 @@ bool read_intent_spec(attribute_set &set) {
         intent = attr_intent_out;
         next_token(0);
         break;
-    default: {
-        const stop_at stop({tok_rparen});
+    default:
         error_pos = curr_token_pos;
-        syntax_error(msg_intent_specification_is_not_in_out_or_inout);
+        report_syntax_error(msg_intent_specification_is_not_in_out_or_inout);
+        if (!skip_to_closing(tok_rparen)) {
+            recover_tokens();
+            return false;
+        }
         break;
-    }
     }
     set[intent] = true;
     return accept_token(tok_rparen, msg_expected_rparen, 0);

@@ -17,7 +17,8 @@ namespace zf90 {
 
 namespace {
 
-type *curr_derived_type; // of the definition that is open
+type *curr_derived_type;   // of the definition that is open
+const atom *unclosed_type; // the name of one without END TYPE, until that of the next one
 
 bool is_derived(const type *t) { return t->type_code == tk_derived_type; }
 
@@ -45,7 +46,7 @@ type *with_element(type *t, type *element) {
 
 // ---- the TYPE statement
 
-enum stated_access : std::uint8_t { access_none, access_public, access_private };
+enum stated_access : std::uint8_t { access_none, access_public, access_private, access_unknown };
 
 // What follows the comma behind TYPE, up to the token behind the "::".
 bool read_access(stated_access &access) {
@@ -55,6 +56,7 @@ bool read_access(stated_access &access) {
     if (!good) {
         error_pos = curr_token_pos;
         syntax_error(msg_expected_access_specification);
+        access = access_unknown;
         return accept_optional(tok_double_colon, 0) && good;
     }
     if (unit_kind_of(curr_scope_depth) == uk_module) {
@@ -138,9 +140,12 @@ void apply_access(symbol *s, stated_access access, source_pos position) {
     if (access == access_none || s->name == error_atom) {
         return;
     }
-    const bool is_public = access == access_public;
+    // Of a type of unknown access it is not told that others show it.
+    const bool is_public = access != access_private;
     if (!(s->flags & sf_access_given)) {
         s->flags = (s->flags & ~std::uint32_t{sf_public}) | sf_access_given | (is_public ? sf_public : 0u);
+    } else if (access == access_unknown) {
+        return;
     } else if (((s->flags & sf_public) != 0) == is_public) {
         warning_at(msg_access_attribute_for_already_specified, position, s->name->spelling);
     } else {
@@ -150,12 +155,15 @@ void apply_access(symbol *s, stated_access access, source_pos position) {
 
 // ---- the end of a definition
 
-// A component that is no pointer: its type must be there by now.
-void settle_component_type(object *component, const type *owner) {
+// A component that is no pointer: its type must be there by now. `is_reported`: that it holds itself.
+void settle_component_type(object *component, const type *owner, bool &is_reported) {
     if (element_type_of(component->type) == owner) {
-        error_at(msg_non_pointer_component_type_is_not_previously_defined,
-                 owner->source_corresp.decl_position,
-                 owner->source_corresp.name ? owner->source_corresp.name->spelling : "");
+        if (!is_reported) {
+            error_at(msg_non_pointer_component_type_is_not_previously_defined,
+                     owner->source_corresp.decl_position,
+                     owner->source_corresp.name ? owner->source_corresp.name->spelling : "");
+        }
+        is_reported = true;
         component->type = error_type();
         return;
     }
@@ -164,11 +172,12 @@ void settle_component_type(object *component, const type *owner) {
 
 void finish_derived_type(type *t) {
     t->derived.first_field = curr_row().il_scope->objects;
+    bool holds_itself = t->derived.in_doubt; // the component may be a variable then
     for (object *c = t->derived.first_field; c; c = c->next) {
         c->storage_class = sc_type_field;
         c->assoc.derived_type = t;
         if (!c->is_pointer) {
-            settle_component_type(c, t);
+            settle_component_type(c, t, holds_itself);
         }
         const type *element = element_type_of(c->type);
         if (!is_derived(element)) {
@@ -178,6 +187,16 @@ void finish_derived_type(type *t) {
     }
     pop_scope();
     complete_type(t);
+}
+
+// The name behind END TYPE is another one than that of the type: either may be the one that is meant.
+void excuse_other_name() {
+    symbol *s = lookup_at_depth(curr_scope_depth - 1);
+    if (!s) {
+        make_quiet(new_symbol(sk_undetermined, curr_name, curr_scope_depth - 1));
+    } else if (s->kind == sk_forward_type && !s->aux) {
+        give_up_forward_type(s);
+    }
 }
 
 // ---- the uses of a name
@@ -267,20 +286,35 @@ bool stmt_end_type() {
     if (next_token(0) != tok_eos) {
         good = expect_token(tok_name, msg_expected_identifier);
         const atom *expected = curr_derived_type->source_corresp.name;
-        if (good && expected != error_atom && expected != curr_name.atom) {
+        if (good && expected != error_atom && expected != curr_name.atom && unclosed_type != curr_name.atom) {
             error(msg_type_name_is_not_as_in_corresponding_derived, expected->spelling);
+            excuse_other_name();
         }
         if (good) {
             next_token(0);
         }
     }
-    finish_open_type();
+    unclosed_type = nullptr;
+    finish_derived_type(curr_derived_type);
     return good;
 }
 
-void finish_open_type() {
-    if (curr_row().row_kind == sr_derived_type) {
-        finish_derived_type(curr_derived_type);
+void doubt_open_type() { curr_derived_type->derived.in_doubt = true; }
+
+void finish_unclosed_type() {
+    if (curr_row().row_kind != sr_derived_type) {
+        return;
+    }
+    doubt_open_type();
+    unclosed_type = curr_derived_type->source_corresp.name;
+    const symbol *const first = curr_row().first_symbol;
+    finish_derived_type(curr_derived_type);
+    // Its last components may have been meant as variables.
+    for (const symbol *s = first; s; s = s->next_in_scope) {
+        curr_name = {s->name, s->decl_position};
+        if (s->kind == sk_variable && !lookup_at_depth(curr_scope_depth)) {
+            make_quiet(new_symbol(sk_undetermined, curr_name, curr_scope_depth));
+        }
     }
 }
 

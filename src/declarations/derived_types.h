@@ -10,9 +10,11 @@ namespace zf90 {
 // null: within a definition or a prefix the type may be defined later. Anything else but a type is reported.
 symbol *use_derived_type(symbol *s, name_locator &name);
 
-// Closes the type whose definition is open, as END TYPE does. The statement loop calls it where END TYPE is
-// missing.
-void finish_open_type();
+// A statement in the definition that is open is in error: components may be missing.
+void doubt_open_type();
+
+// Closes the type whose definition is open, where END TYPE is missing.
+void finish_unclosed_type();
 
 // For a type, or an array of it, that was named before it was defined: the type that is meant, of the unit or
 // of its host. Error 465 if there is none by now. Other types are returned as they are.

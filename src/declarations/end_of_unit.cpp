@@ -1,6 +1,7 @@
 // The final kinds of names, and the names that are never used.
 #include "declarations/end_of_unit.h"
 
+#include "declarations/attributes.h"
 #include "declarations/derived_types.h"
 #include "declarations/external_names.h"
 #include "declarations/implicit.h"
@@ -53,6 +54,10 @@ bool has_fixed_sizes(program_unit_kind kind) {
     return kind == uk_program || kind == uk_module || kind == uk_block_data;
 }
 
+bool has_length_expression(const type *t) {
+    return t->type_code == tk_fcharacter && t->character.length.kind == bound_expression;
+}
+
 // A length or bounds that only a dummy argument may have, or an automatic object in a procedure. The variable
 // is of no type from then on, so that there is one message about it.
 void check_extent(symbol *s, object *o) {
@@ -62,7 +67,10 @@ void check_extent(symbol *s, object *o) {
         give_up_type(s);
         return;
     }
-    if (!has_nonconstant_bound(o->type) || !has_fixed_sizes(unit_kind_of(s->scope_depth))) {
+    // The length of what is not saved is an expression like others, which its check refuses.
+    const bool has_open_length = o->is_saved && has_length_expression(t);
+    if (!(has_nonconstant_bound(o->type) || has_open_length) ||
+        !has_fixed_sizes(unit_kind_of(s->scope_depth))) {
         return;
     }
     // Whatever the bounds name, they are good if they are constant.
@@ -70,6 +78,10 @@ void check_extent(symbol *s, object *o) {
         o->type = error_type();
     } else if (has_nonconstant_bound(o->type)) {
         error_at(msg_array_has_nonconstant_bounds_and_is_not_dummy, s->decl_position, s->name->spelling);
+        o->type = error_type();
+    } else if (has_open_length && has_length_expression(t)) {
+        error_at(msg_entity_should_not_be, s->decl_position, attr_names[attr_unit_variable],
+                 attr_names[attr_automatic]);
         o->type = error_type();
     }
 }
@@ -116,11 +128,9 @@ void make_external(symbol *s, symbol_kind kind, type *return_type) {
     enter_if_named(s);
 }
 
-// Whether CALL makes a name a subroutine. A name with a declared type that is referenced as a function too
-// stays a function: the CALL is the mistake.
+// Whether CALL makes a name a subroutine. A name with a declared type is a function: the CALL is the mistake.
 bool is_called_subroutine(const symbol *s) {
-    return (s->flags & sf_called_as_subroutine) &&
-           !(has_explicit_type(s) && (s->flags & sf_called_as_function));
+    return (s->flags & sf_called_as_subroutine) && !has_explicit_type(s);
 }
 
 // Whether a scalar that has been called is data all the same, by what else is done with its name: the
@@ -253,8 +263,7 @@ void pass_on_marks(const symbol *s) {
     } else {
         outer->flags |= (referenced ? sf_referenced : 0u) | (used_as_bound ? sf_used_as_bound : 0u);
     }
-    outer->flags |=
-        s->flags & (sf_called | sf_called_as_subroutine | sf_called_as_function | sf_used_as_data);
+    outer->flags |= s->flags & (sf_called | sf_called_as_subroutine | sf_used_as_data);
 }
 
 } // namespace

@@ -241,9 +241,11 @@ private:
     std::vector<const object *> wild_;
 };
 
-// Of a procedure with an argument in error it is not known what it is told apart by.
+// Of a procedure with an argument in error it is not known what it is told apart by, nor which one it is if
+// its name has been refused.
 bool has_known_interface(const object *routine) {
-    if (routine->type->type_code != tk_routine || !routine->type->routine.has_param_info) {
+    if (routine->type->type_code != tk_routine || !routine->type->routine.has_param_info ||
+        (routine->symbol_link && routine->symbol_link->name == error_atom)) {
         return false;
     }
     const param_type *p = routine->type->routine.param_type_list;
@@ -321,6 +323,7 @@ bool check_generic_set(interface *generic, bool (*check_member)(object *routine)
     for (const object_list_member *m = generic->routine_prototype_list; m; m = m->next) {
         object *routine = m->object;
         if (!check_member(routine) || !has_known_interface(routine)) {
+            routine->is_refused = true;
             good = false;
             continue;
         }

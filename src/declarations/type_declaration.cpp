@@ -247,10 +247,34 @@ bool read_entity_value(attribute_set &set, bool has_double_colon) {
     return true;
 }
 
-bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
+// At what is no name where an entity must stand: goes on at the first name behind it, but not at one in a
+// value.
+bool find_entity() {
+    error_pos = curr_token_pos;
+    report_syntax_error(msg_expected_identifier);
+    {
+        const stop_at stop({tok_name, tok_assign});
+        recover_tokens();
+    }
+    if (curr_token == tok_assign) {
+        recover_tokens();
+    }
+    return curr_token == tok_name;
+}
+
+// A named constant without "=". The next entity may stand right behind it.
+void refuse_missing_value() {
+    error_pos = curr_token_pos;
+    report_syntax_error(msg_expected_equals);
+    if (curr_token != tok_name || !lookahead_find_at_depth(tok_assign, false)) {
+        recover_tokens();
+    }
+}
+
+bool read_entity(attribute_set set, bool has_double_colon) {
     entity_type = curr_type_spec;
     entity_init = nullptr;
-    if (!expect_token(tok_name, msg_expected_identifier)) {
+    if (curr_token != tok_name && !find_entity()) {
         return false;
     }
     name_locator name = curr_name;
@@ -277,8 +301,7 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
     if (curr_token == tok_assign) {
         good = has_value = read_entity_value(set, has_double_colon);
     } else if (set[attr_parameter]) {
-        error_pos = curr_token_pos;
-        error(msg_expected_equals);
+        refuse_missing_value();
         set[attr_parameter] = has_value = false;
     }
     const bool is_component_of_any_length = set[attr_component] && set[attr_assumed_length];
@@ -290,7 +313,7 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
          (is_array(entity_type) && !keeps_shape(set, entity_type)))) {
         entity_type = error_type();
     }
-    declared = apply_attributes(s, set, name);
+    symbol *const declared = apply_attributes(s, set, name);
     if (!has_value || entity_type->type_code == tk_error) {
         give_up_type(declared);
     }
@@ -301,14 +324,18 @@ bool read_entity(attribute_set set, bool has_double_colon, symbol *&declared) {
 }
 
 // Behind an entity, at a name or "::": something lacks in front of it. True if the next entity can be read.
-bool pass_missing_comma(symbol *last) {
+// `before`: the last name of the scope ahead of the statement.
+bool pass_missing_comma(symbol *before) {
     error_pos = curr_token_pos;
     report_syntax_error(msg_expected_comma);
     if (curr_token == tok_name) {
         return true;
     }
-    if (last) {
-        give_up_type(last); // it was to be an attribute; the entities stand behind
+    // What was read so far was to be the attributes; the entities stand behind.
+    for (symbol *s = before ? before->next_in_scope : curr_row().first_symbol; s; s = s->next_in_scope) {
+        if (has_explicit_type(s)) {
+            give_up_type(s);
+        }
     }
     declare_statement_in_error();
     return false;
@@ -349,14 +376,20 @@ bool stmt_type_declaration() {
         has_double_colon = accept_optional(tok_double_colon, 0);
     }
 
+    if (curr_token != tok_name && !has_double_colon && lookahead_find_at_depth(tok_double_colon, false)) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_identifier);
+        declare_statement_in_error(); // what stands here may say anything about the entities
+        return false;
+    }
     bool good = true;
+    symbol *const before = curr_row().last_symbol;
     const stop_at stop({tok_comma});
     for (;;) {
-        symbol *last = nullptr;
-        good = read_entity(set, has_double_colon, last) && good;
+        good = read_entity(set, has_double_colon) && good;
         if (curr_token == tok_name || curr_token == tok_double_colon) {
             good = false;
-            if (!pass_missing_comma(last)) {
+            if (!pass_missing_comma(before)) {
                 return false;
             }
         } else if (!accept_unless_end(tok_comma, msg_expected_comma, 0)) {

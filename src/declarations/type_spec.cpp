@@ -32,6 +32,19 @@ bool is_undeclared(const symbol *s) {
     return (s->kind == sk_undetermined || s->kind == sk_variable) && !s->from_module && !has_explicit_type(s);
 }
 
+// A name that was to be a keyword.
+void give_up_misspelt_keyword(const name_locator &name) {
+    curr_name = name;
+    symbol *const s = lookup_current();
+    if (!s) {
+        return;
+    }
+    claim_candidate(s);
+    if (is_undeclared(s)) {
+        give_up_type(s);
+    }
+}
+
 // The value of a kind selector that has been read. False if it has none, which has been reported.
 bool fold_kind(expr_node *selector, std::int32_t &kind) {
     symbol *const name = selector->node_kind == enk_symbol ? selector->symbol : nullptr;
@@ -192,6 +205,17 @@ struct character_selectors {
     bool has_length() const { return length.assumed || length.expression; }
 
     void read_length() {
+        const bool is_keyword = curr_token == tok_name && line_cursor[-1] == '='; // one that there is not
+        const name_locator name = curr_name;
+        read_length_value();
+        if (is_keyword) {
+            const name_locator following = curr_name;
+            give_up_misspelt_keyword(name);
+            curr_name = following;
+        }
+    }
+
+    void read_length_value() {
         expr_node *expression = nullptr;
         char_length read;
         if (curr_token == tok_star) {

@@ -395,12 +395,22 @@ bool read_prefix_type() {
     }
 }
 
+// "*8" in front of FUNCTION, which is not of this language.
+void pass_size() {
+    error_pos = curr_token_pos;
+    report_syntax_error(msg_expected_function_keyword);
+    next_token(lex_plain_digits | lex_no_hollerith);
+    next_token(lex_keyword);
+    curr_type_spec = unknown_type();
+}
+
 } // namespace
 
 bool stmt_subprogram() {
     next_token(lex_keyword);
     bool is_recursive = false;
     bool is_repeated = false;
+    bool has_size = false;
     source_pos repeated_pos;
     const auto take_recursive = [&] {
         if (is_recursive) {
@@ -426,12 +436,20 @@ bool stmt_subprogram() {
         if (!ok) {
             syntax_error(msg_expected_type_keyword);
         } else {
+            has_size = curr_token == tok_star;
+            if (has_size) {
+                pass_size();
+            }
             if (curr_token == tok_kw_recursive) {
                 take_recursive();
             }
             ok = expect_token(tok_kw_function, msg_expected_function_keyword);
         }
         ok = ok ? read_subprogram(false, curr_type_spec) : declare_failed_function();
+        const object *const result = curr_row().il_scope->function_result_var;
+        if (has_size && result && result->symbol_link) {
+            give_up_type(result->symbol_link);
+        }
     }
     if (is_recursive) {
         routine_of(curr_row().il_scope->assoc_routine).is_recursive = true;
@@ -634,7 +652,7 @@ void close_all_units() {
         if (curr_row().row_kind == sr_unit) {
             end_program_unit();
         } else {
-            finish_open_type();
+            finish_unclosed_type();
         }
         curr_unit_kind = unit_kind_of(curr_scope_depth);
     }

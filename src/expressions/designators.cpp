@@ -181,9 +181,12 @@ expr_node *read_component(expr_node *base) {
         parse_error(msg_expected_identifier);
         return nullptr;
     }
-    object *const field = find_component(defined_type(t), curr_name.atom);
+    t = defined_type(t);
+    object *const field = find_component(t, curr_name.atom);
     if (!field) {
-        error_at(msg_there_is_no_field_with_name, curr_token_pos);
+        if (!t->derived.in_doubt) {
+            error_at(msg_there_is_no_field_with_name, curr_token_pos);
+        }
         next_token(0);
         return nullptr;
     }
@@ -262,7 +265,7 @@ expr_node *finish_list() {
         mark_error_node(node);
     }
     if (list.in_designator && !list.has_triplet) {
-        list.symbol->flags |= sf_called | sf_called_as_function;
+        list.symbol->flags |= sf_called;
     } else if (list.has_triplet && is_character_symbol(list.symbol)) {
         list.symbol->flags |= sf_used_as_data; // a substring of a scalar or a section of an array
     }

@@ -276,7 +276,7 @@ bool check_structure_constructor(expr_node *node, std::uint32_t flags, object *r
         return false;
     }
     note_host_type(t, routine);
-    if (!check_value_count(node)) {
+    if (t->derived.in_doubt || !check_value_count(node)) {
         return false;
     }
     bool ok = true;

@@ -145,6 +145,7 @@ struct derived_variant {
     object *first_field; // the components along `next`
     object *module;      // the module that declares the type, or null
     bool is_seq;
+    bool in_doubt; // some component has been lost in a statement in error, or END TYPE is; not written
 };
 
 struct type : named_entry {
@@ -240,7 +241,7 @@ struct object : named_entry {
     bool is_host;     // the routine hosts internal procedures that use its variables
     bool uses_host;   // the routine refers to its host's variables
     bool is_constant; // named constant
-    bool is_refused;  // as a member of a generic set, with a message; not written
+    bool is_refused;  // as a member of a generic set, a message has told why; not written
     union {
         constant *initializer;       // data classes, unless is_result
         object *result_var_function; // is_result
@@ -471,8 +472,7 @@ enum symbol_flags : std::uint32_t {
     sf_called_as_subroutine = 1u << 16,
     sf_clash_reported = 1u << 17, // with a name from a module
     sf_used_in_body = 1u << 18,   // named in an executable statement
-    sf_called_as_function = 1u << 19,
-    sf_used_as_data = 1u << 20, // named where no procedure can stand
+    sf_used_as_data = 1u << 19,   // named where no procedure can stand
 };
 
 // `var_flags` of sk_variable and sk_dummy.

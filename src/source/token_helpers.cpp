@@ -71,7 +71,7 @@ void recover_tokens() {
     const std::uint32_t mode = recovery_mode();
     bool skipped = false;
     while (stop_set[curr_token] == 0 && curr_token != tok_eos) {
-        if (curr_token == tok_lparen) {
+        if (curr_token == tok_lparen || curr_token == tok_array_open) {
             skip_balanced();
             if (curr_token == tok_eos) {
                 break;

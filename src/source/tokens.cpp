@@ -483,7 +483,7 @@ bool lookahead_find_at_depth(token_kind token, bool skip_first) {
 }
 
 void skip_balanced() {
-    const bool to_name = curr_token != tok_lparen;
+    const bool to_name = curr_token != tok_lparen && curr_token != tok_array_open;
     int depth = to_name ? 0 : 1;
     for (;;) {
         switch (next_token(lex_peek)) {

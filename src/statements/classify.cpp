@@ -325,12 +325,21 @@ bool skip_no_selector() {
     return true;
 }
 
+// Behind a type word: "*8", which the handler reports.
+void skip_size() {
+    if (curr_token == tok_star) {
+        next_token(lex_peek | lex_plain_digits | lex_no_hollerith);
+        next_token(peek_word);
+    }
+}
+
 // With the token behind a type specification current: a type that FUNCTION follows is the prefix of one,
 // where a program unit may begin.
 void check_function_prefix() {
     if (stmt_phase != ph_start) {
         return;
     }
+    skip_size();
     if (curr_token == tok_kw_recursive) {
         next_token(peek_word);
     }
@@ -405,6 +414,7 @@ void classify_recursive() {
         return;
     }
     if (skip_type_specification()) {
+        skip_size();
         skip_recursive();
         if (curr_token == tok_kw_function) {
             return;

@@ -149,13 +149,17 @@ void define_statement_label(const name_locator &label) {
 
 // ---- the order of statements
 
+void leave_type() {
+    finish_unclosed_type();
+    unit.type_head_open = false;
+    in_type_def = false;
+}
+
 // At the first executable statement of a unit, its CONTAINS or its END.
 void end_specification_part() {
     if (in_type_def) {
         error_at(msg_missing_end_type_statement, stmt_pos);
-        finish_open_type();
-        unit.type_head_open = false;
-        in_type_def = false;
+        leave_type();
     }
     end_of_specification();
     spec_part_over = true;
@@ -362,9 +366,14 @@ bool check_order() {
     if (!climb()) {
         return false;
     }
-    if (in_type_def && !is_allowed_in_type()) {
-        return refuse(msg_statement_not_allowed_in_type_definition);
+    if (!in_type_def || is_allowed_in_type()) {
+        return true;
     }
+    refuse(msg_statement_not_allowed_in_type_definition);
+    if (curr_stmt_kind != stmtk_type_definition && curr_stmt_kind != stmtk_interface) {
+        return false;
+    }
+    leave_type(); // END TYPE is missing
     return true;
 }
 
@@ -425,12 +434,9 @@ void check_subprogram() {
     }
 }
 
-// One in an internal procedure is reported, and its procedures are read as what they are.
+// One in an internal procedure or BLOCK DATA is reported, and its procedures are read as what they are.
 bool check_contains(program_unit_kind u) {
-    if (!check_not_block_data(u)) {
-        return false;
-    }
-    const bool good = check_not_nested(u);
+    const bool good = check_not_block_data(u) && check_not_nested(u);
     if (good || interface_depth == 0) {
         ++unit.contains_depth;
         stmt_phase = ph_start;
@@ -460,15 +466,13 @@ bool check_format(program_unit_kind u, bool has_label) {
     return check_executable(u);
 }
 
-bool check_interface(program_unit_kind u) {
-    if (!check_not_block_data(u)) {
-        return false;
-    }
+// A block in BLOCK DATA is reported, and read as what it is.
+void check_interface(program_unit_kind u) {
+    check_not_block_data(u);
     ++interface_depth;
     unit.in_module_procedures = false;
     unit.head_reported = false;
     stmt_phase = ph_start;
-    return true;
 }
 
 void end_interface() {
@@ -525,7 +529,7 @@ bool check_kind(bool has_label) {
     case stmtk_end_type: return check_end_type();
     case stmtk_entry: return check_entry(u);
     case stmtk_format: return check_format(u, has_label);
-    case stmtk_interface: return check_interface(u);
+    case stmtk_interface: check_interface(u); return true;
     case stmtk_private:
     case stmtk_public: return check_access_statement(u);
     case stmtk_module_procedure: return check_module_procedure();
@@ -612,6 +616,9 @@ void process_statement() {
         reach_state = reachable;
     }
     const bool good = check_and_dispatch(label, has_label, misspelt);
+    if (!good && in_type_def) {
+        doubt_open_type();
+    }
     finish_text(good);
     if (curr_label_symbol && !is_unit_end(curr_stmt_kind)) {
         if (curr_stmt_kind == stmtk_end_if) {
