@@ -78,7 +78,8 @@ struct array_spec {
 bound read_bound_expression() {
     bound b{};
     expr_node *expr = nullptr;
-    if (parse_expression(expr)) {
+    const std::uint32_t errors_before = error_count;
+    if (parse_expression(expr) && error_count == errors_before) {
         set_expression_bound(b, expr);
     } else {
         b.kind = bound_error;

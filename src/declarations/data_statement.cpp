@@ -170,10 +170,24 @@ bool match_values(expr_node *items, bool good) {
     return good;
 }
 
+// Whether the brackets fit from `start` to the current token.
+bool brackets_fit(char *start) {
+    char *const end = token_start;
+    const saved_place place;
+    line_cursor = start;
+    int depth = 0;
+    while (next_token(lex_peek) != tok_eos && token_start < end) {
+        depth += curr_token == tok_lparen ? 1 : curr_token == tok_rparen ? -1 : 0;
+    }
+    return depth == 0;
+}
+
 // Items, "/", values, "/". False after an error; the next set can be read if the place is not lost.
 bool read_set() {
     expr_node *items = nullptr;
     bool good = true;
+    char *const start = token_start;
+    const std::uint32_t errors_before = error_count;
     {
         const stop_at stop{tok_slash};
         if (curr_token == tok_slash || curr_token == tok_eos) {
@@ -191,7 +205,7 @@ bool read_set() {
             }
             return false;
         }
-        if (curr_token != tok_slash) {
+        if (curr_token != tok_slash || (!good && !brackets_fit(start))) {
             expect_token(tok_slash, msg_expected_slash);
             skip_to_eos(); // where the values begin is not clear
             return false;
@@ -199,6 +213,9 @@ bool read_set() {
         next_token(lex_signed | lex_lone_slash);
     }
     good = match_values(items, good);
+    if (curr_token == tok_eos && error_count != errors_before) {
+        return false;
+    }
     return accept_token(tok_slash, msg_expected_slash, 0) && good;
 }
 

@@ -2,6 +2,7 @@
 #include "declarations/data_values.h"
 
 #include "constants/folding.h"
+#include "declarations/implicit.h"
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "expressions/check.h"
@@ -9,6 +10,7 @@
 #include "il/constants.h"
 #include "il/entries.h"
 #include "source/token_helpers.h"
+#include "statements/loop.h"
 
 #include <algorithm>
 
@@ -64,14 +66,40 @@ void read_structure(symbol *s, data_value &v) {
     }
 }
 
+// Whether the current name has been declared in error.
+bool is_name_in_error() {
+    const symbol *s = lookup_resolved(curr_name.atom->first_symbol, curr_scope_depth);
+    const type *t = s ? type_of_symbol(s) : nullptr;
+    return t && t->type_code == tk_error;
+}
+
+// Behind a name: whether it begins the next set, since the "/" in front of that is missing.
+bool begins_next_set() {
+    if (curr_token != tok_slash) {
+        return curr_token == tok_percent;
+    }
+    const saved_place place;
+    switch (next_token(lex_peek)) {
+    case tok_eos:
+    case tok_comma:
+    case tok_name: return false;
+    default: return true;
+    }
+}
+
 // A name that stands for no value.
 void read_bad_name(data_value &v) {
     set_error_value(v, curr_token_pos);
-    error_at(msg_expression_must_have_constant_value, curr_token_pos);
+    if (!is_name_in_error()) {
+        error_at(msg_expression_must_have_constant_value, curr_token_pos);
+    }
     next_token(lex_lone_slash);
     if (curr_token == tok_lparen) {
         skip_balanced();
         next_token(lex_lone_slash);
+    }
+    if (begins_next_set()) {
+        skip_to_eos();
     }
 }
 

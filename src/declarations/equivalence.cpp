@@ -17,6 +17,7 @@
 #include "il/types.h"
 #include "source/token_helpers.h"
 #include "statements/handlers.h"
+#include "statements/loop.h"
 
 #include <algorithm>
 
@@ -68,6 +69,11 @@ bool read_item(equiv_group *group) {
 
 // A list in its parentheses. It has two items at least.
 bool read_group() {
+    if (curr_token == tok_name) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_lparen);
+        return !skip_to_eos(); // what the other brackets belong to is not clear
+    }
     if (!accept_token(tok_lparen, msg_expected_lparen, 0)) {
         return false;
     }
@@ -76,7 +82,12 @@ bool read_group() {
     {
         const stop_at stops{tok_comma, tok_rparen};
         good = read_item(group);
-        if (good && curr_token != tok_comma) {
+        if (good && curr_token == tok_name) {
+            error_pos = curr_token_pos;
+            report_syntax_error(msg_expected_comma);
+            read_item(group);
+            good = false;
+        } else if (good && curr_token != tok_comma) {
             const source_pos position = curr_token_pos;
             expect_token(tok_comma, msg_expected_comma);
             if (curr_token == tok_rparen) {

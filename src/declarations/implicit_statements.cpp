@@ -105,6 +105,8 @@ bool read_implicit_type() {
     return false;
 }
 
+bool is_in_error(const type *t) { return t && t->type_code == tk_error; }
+
 void set_letter(int letter, source_pos position) {
     const char spelling[] = {static_cast<char>('A' + letter)};
     const std::uint32_t bit = 1u << letter;
@@ -112,6 +114,8 @@ void set_letter(int letter, source_pos position) {
     if (!(implicit_letter_set & bit)) {
         implicit_letter_set |= bit;
         entry = curr_type_spec;
+    } else if (is_in_error(entry) || is_in_error(curr_type_spec)) {
+        return; // what is meant is not certain
     } else if (entry != curr_type_spec) {
         error_at(msg_type_has_already_been_associated_with, position, std::string_view(spelling, 1));
     } else {

@@ -43,8 +43,8 @@ void declare_current_name(bool force) {
     if (s && (s->kind == sk_host_link || s->from_module)) {
         return;
     }
-    if (s && has_explicit_type(s)) {
-        if (force) {
+    if (s && (s->flags & sf_typed)) {
+        if (force || !has_explicit_type(s)) {
             give_up_type(s);
         }
         return;

@@ -207,6 +207,9 @@ bool read_attribute_list(attribute_set &set) {
         report_syntax_error(msg_expected_double_colon);
         return curr_token == tok_name || next_token(0) == tok_name;
     }
+    if (curr_token != tok_double_colon) {
+        curr_type_spec = error_type(); // an attribute may be lost
+    }
     return accept_token(tok_double_colon, msg_expected_double_colon, 0);
 }
 
@@ -280,6 +283,7 @@ bool read_entity(attribute_set set, bool has_double_colon) {
     name_locator name = curr_name;
     symbol *s = lookup_for_declaration();
     bool is_unclosed = false;
+    bool has_bad_shape = false;
     next_token(lex_lone_star);
     {
         const stop_at stop({tok_comma});
@@ -287,6 +291,7 @@ bool read_entity(attribute_set set, bool has_double_colon) {
             type *array = read_array_spec(element_type_of(curr_type_spec));
             // Of what is in error the shape is no more certain than the type.
             entity_type = array && curr_type_spec->type_code != tk_error ? array : error_type();
+            has_bad_shape = !array;
             is_unclosed = !array && curr_token == tok_eos;
         }
         if (is_array(entity_type)) {
@@ -301,7 +306,9 @@ bool read_entity(attribute_set set, bool has_double_colon) {
     if (curr_token == tok_assign) {
         good = has_value = read_entity_value(set, has_double_colon);
     } else if (set[attr_parameter]) {
-        refuse_missing_value();
+        if (!has_bad_shape) { // otherwise the value may have been passed over
+            refuse_missing_value();
+        }
         set[attr_parameter] = has_value = false;
     }
     const bool is_component_of_any_length = set[attr_component] && set[attr_assumed_length];

@@ -202,8 +202,14 @@ bool read_dummies(bool is_entry, entry_description *entry) {
         } while (accept_optional(tok_comma, 0));
         end_dummy_list(list);
     }
+    if (!ok && curr_token != tok_rparen) {
+        const stop_at stop{tok_rparen};
+        recover_tokens(); // the error has been told
+    }
     const bool closed = curr_token == tok_rparen;
-    accept_token(tok_rparen, msg_expected_rparen, lex_keyword);
+    if (ok || closed) {
+        accept_token(tok_rparen, msg_expected_rparen, lex_keyword);
+    }
     return ok && closed;
 }
 

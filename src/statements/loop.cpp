@@ -36,6 +36,7 @@ struct unit_progress {
     bool in_module_procedures; // the last statement of an INTERFACE block was MODULE PROCEDURE; the block is
                                // not counted in interface_depth then
     bool type_head_open;       // in a derived-type definition, before the first component
+    bool interface_refused;    // the INTERFACE of a block in BLOCK DATA
     bool head_reported;        // a statement in the head of the INTERFACE block was out of order
     bool in_lost_body;         // behind the head of a contained procedure that could not be read
     bool lost_body_nests;      // that one has procedures of its own
@@ -355,7 +356,19 @@ bool is_allowed_in_type() {
     }
 }
 
+void open_interface() {
+    ++interface_depth;
+    unit.in_module_procedures = false;
+    unit.head_reported = false;
+    stmt_phase = ph_start;
+}
+
 bool check_order() {
+    if (unit.interface_refused && curr_stmt_kind == stmtk_subprogram) { // a body
+        unit.interface_refused = false;
+        curr_row().current_interface = nullptr;
+        open_interface();
+    }
     if (unit.in_lost_body && stmt_phase == ph_start && curr_stmt_kind == stmtk_end_interface) {
         return false;
     }
@@ -466,13 +479,14 @@ bool check_format(program_unit_kind u, bool has_label) {
     return check_executable(u);
 }
 
-// A block in BLOCK DATA is reported, and read as what it is.
-void check_interface(program_unit_kind u) {
-    check_not_block_data(u);
-    ++interface_depth;
-    unit.in_module_procedures = false;
-    unit.head_reported = false;
-    stmt_phase = ph_start;
+// An INTERFACE in BLOCK DATA is refused; its bodies, if it has any, are read as what they are.
+bool check_interface(program_unit_kind u) {
+    if (!check_not_block_data(u)) {
+        unit.interface_refused = true;
+        return false;
+    }
+    open_interface();
+    return true;
 }
 
 void end_interface() {
@@ -529,7 +543,7 @@ bool check_kind(bool has_label) {
     case stmtk_end_type: return check_end_type();
     case stmtk_entry: return check_entry(u);
     case stmtk_format: return check_format(u, has_label);
-    case stmtk_interface: check_interface(u); return true;
+    case stmtk_interface: return check_interface(u);
     case stmtk_private:
     case stmtk_public: return check_access_statement(u);
     case stmtk_module_procedure: return check_module_procedure();
