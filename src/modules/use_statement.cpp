@@ -28,6 +28,14 @@ const char *name_of(const used_module &m) { return m.name.atom->spelling; }
 
 // ---- a module's symbol gives its meaning to a local one
 
+// The intrinsic procedures of which a generic has the name in its module: it extends them by another name too.
+interface *extended_intrinsic(const symbol *generic) {
+    const symbol *s = find_intrinsic_function(generic);
+    s = s ? s : find_intrinsic_subroutine(generic);
+    const bool is_generic = s && (s->kind == sk_intrinsic_function || s->kind == sk_intrinsic_subroutine);
+    return is_generic ? entity_as<interface>(s) : nullptr;
+}
+
 named_entry *copy_of_entity(const symbol *module_symbol, symbol *local, std::int32_t level) {
     switch (module_symbol->kind) {
     case sk_derived_type: {
@@ -42,6 +50,9 @@ named_entry *copy_of_entity(const symbol *module_symbol, symbol *local, std::int
     case sk_interface: {
         interface *copy = use_interface(entity_as<interface>(module_symbol), level);
         copy->inherited = inherited_interface(local);
+        if (!copy->inherited) {
+            copy->inherited = extended_intrinsic(module_symbol);
+        }
         return copy;
     }
     default: {
