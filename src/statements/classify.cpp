@@ -8,6 +8,7 @@
 #include "declarations/symbols.h"
 #include "driver/options.h"
 #include "il/entries.h"
+#include "source/token_helpers.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
@@ -728,13 +729,6 @@ void check_construct_name() {
     error_at(classify_name_form() ? msg_construct_name_can_be_given_to_do_select : msg_unrecognized_statement,
              position);
     curr_stmt_kind = stmtk_bad;
-}
-
-char *past_blanks(char *p) {
-    while (*p == ' ' || *p == '\t') {
-        ++p;
-    }
-    return p;
 }
 
 } // namespace
