@@ -353,7 +353,14 @@ expr_node *start_primary() {
     default: break;
     }
     expr_node *node = new_error_at(curr_token_pos);
-    parse_error(curr_token == tok_boz ? msg_boz_constant_not_in_data_statement : msg_expected_expression);
+    // A constant in error has been told, and so will be an operator without a meaning, such as .TRU. is.
+    const pending &outer = top_pending();
+    const bool is_operand = outer.kind == pending_prefix || outer.kind == pending_binary;
+    if (curr_token == tok_boz ? !has_value(curr_constant) : is_operand && !outer.symbol) {
+        recover_tokens();
+    } else {
+        parse_error(curr_token == tok_boz ? msg_boz_constant_not_in_data_statement : msg_expected_expression);
+    }
     return node;
 }
 
