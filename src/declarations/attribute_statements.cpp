@@ -132,6 +132,16 @@ bool read_saved_block() {
     return accept_token(tok_slash, msg_expected_slash, lex_lone_slash);
 }
 
+// Behind an item: whether another one follows without a comma, which is reported. It is peeked at.
+bool pass_missing_comma() {
+    if (curr_token != tok_name) {
+        return false;
+    }
+    error_pos = curr_token_pos;
+    report_syntax_error(msg_extra_text_after_expected_end_of_statement);
+    return true;
+}
+
 bool access_statement(attribute access) {
     if (next_token(lex_peek) == tok_eos || in_type_def) {
         scope_row &row = curr_row();
@@ -149,7 +159,7 @@ bool access_statement(attribute access) {
     bool good = true;
     do {
         good = read_access_item(access) && good;
-    } while (accept_optional(tok_comma, lex_peek));
+    } while (accept_optional(tok_comma, lex_peek) || pass_missing_comma());
     return good && error_count == errors_before;
 }
 
@@ -228,11 +238,12 @@ bool read_intent_spec(attribute_set &set) {
     default:
         error_pos = curr_token_pos;
         report_syntax_error(msg_intent_specification_is_not_in_out_or_inout);
-        if (!skip_to_closing(tok_rparen)) {
+        if (skip_to_closing(tok_rparen)) {
+            next_token(0);
+        } else {
             recover_tokens();
-            return false;
         }
-        break;
+        return false;
     }
     set[intent] = true;
     return accept_token(tok_rparen, msg_expected_rparen, 0);

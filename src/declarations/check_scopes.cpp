@@ -313,7 +313,8 @@ bool check_declared_variable(object *o) {
         error_at(msg_equivalenced_variable_should_not_be_of_type_containing, position);
         good = false;
     }
-    if (t->type_code == tk_derived_type && (s->var_flags & vf_in_common) && !t->derived.is_seq) {
+    if (t->type_code == tk_derived_type && (s->var_flags & vf_in_common) && !t->derived.is_seq &&
+        !t->derived.in_doubt) {
         error_at(msg_derived_type_common_block_object_must_be_of_sequence, position);
         good = false;
     }

@@ -143,8 +143,12 @@ storage_unit storage_unit_of(const type *t) {
     });
 }
 
+bool is_in_doubt(const type *t) {
+    return t->type_code == tk_error || (t->type_code == tk_derived_type && t->derived.in_doubt);
+}
+
 bool may_be_associated(type *a, type *b) {
-    if (a->type_code == tk_error || b->type_code == tk_error || types_equal(a, b)) {
+    if (is_in_doubt(a) || is_in_doubt(b) || types_equal(a, b)) {
         return true;
     }
     const storage_unit unit = storage_unit_of(a);

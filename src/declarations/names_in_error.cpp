@@ -196,16 +196,23 @@ void give_up_statement() {
 }
 
 void give_up_misspelt_declaration() {
-    const declaration_word *word = may_declare() ? meant_word() : nullptr;
-    if (!word) {
+    if (!may_declare()) {
+        return;
+    }
+    const bool has_word = char_fold(*stmt_start) >= 'A' && char_fold(*stmt_start) <= 'Z';
+    const declaration_word *word = has_word ? meant_word() : nullptr;
+    if (has_word && !word) {
         return;
     }
     char *const rest = line_cursor;
     if (!find_double_colon()) {
+        if (!word) {
+            return;
+        }
         line_cursor = rest;
         next_token(lex_peek);
     }
-    give_up_names(false, !word->is_type);
+    give_up_names(false, word && !word->is_type);
 }
 
 void declare_statement_in_error() {

@@ -25,7 +25,8 @@ void give_up_rest();
 // The same for all names of the statement that begins at `stmt_start`, of which the brackets don't fit.
 void give_up_statement();
 
-// The same for a statement that is none, if its first word is like one that begins a declaration.
+// The same for a statement that is none, if its first word is like one that begins a declaration, or it has
+// none in front of the names behind "::".
 void give_up_misspelt_declaration();
 
 } // namespace zf90

@@ -105,7 +105,11 @@ bool read_intent_attribute(attribute_set &set) {
     }
     attribute_set scratch{};
     set[attr_variable] = true;
-    return read_intent_spec(repeated ? scratch : set);
+    if (!read_intent_spec(repeated ? scratch : set)) {
+        curr_type_spec = error_type(); // what may be done with the arguments is not known
+        return curr_token == tok_comma || curr_token == tok_double_colon;
+    }
+    return true;
 }
 
 void add_access(attribute_set &set, attribute a) {

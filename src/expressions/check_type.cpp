@@ -143,7 +143,7 @@ bool check_derived(type *t, object *routine) {
         if (element->type_code != tk_derived_type) {
             continue;
         }
-        if (t->derived.is_seq && !element->derived.is_seq) {
+        if (t->derived.is_seq && !element->derived.is_seq && !element->derived.in_doubt) {
             report_component(msg_sequence_type_component_is_not_of_sequence_type, field);
             ok = false;
         }

@@ -28,7 +28,8 @@ const char *name_of(const used_module &m) { return m.name.atom->spelling; }
 
 // ---- a module's symbol gives its meaning to a local one
 
-// The intrinsic procedures of which a generic has the name in its module: it extends them by another name too.
+// The intrinsic procedures of which a generic has the name in its module: it extends them by another name
+// too.
 interface *extended_intrinsic(const symbol *generic) {
     const symbol *s = find_intrinsic_function(generic);
     s = s ? s : find_intrinsic_subroutine(generic);

@@ -36,6 +36,7 @@ struct unit_progress {
     bool in_module_procedures; // the last statement of an INTERFACE block was MODULE PROCEDURE; the block is
                                // not counted in interface_depth then
     bool type_head_open;       // in a derived-type definition, before the first component
+    bool component_lost;       // a line of the definition was no statement
     bool interface_refused;    // the INTERFACE of a block in BLOCK DATA
     bool head_reported;        // a statement in the head of the INTERFACE block was out of order
     bool in_lost_body;         // behind the head of a contained procedure that could not be read
@@ -519,10 +520,10 @@ bool check_access_statement(program_unit_kind u) {
 }
 
 bool check_end_type() {
-    if (unit.type_head_open) {
+    if (unit.type_head_open && !unit.component_lost) {
         error_at(msg_expected_component_definition_statement, stmt_pos);
-        unit.type_head_open = false;
     }
+    unit.type_head_open = false;
     in_type_def = false;
     return true;
 }
@@ -554,6 +555,7 @@ bool check_kind(bool has_label) {
     case stmtk_type_definition:
         in_type_def = true;
         unit.type_head_open = true;
+        unit.component_lost = false;
         return true;
     default: return is_executable_kind(curr_stmt_kind) ? check_executable(u) : true;
     }
@@ -757,7 +759,10 @@ void skip_line() {
 }
 
 bool stmt_bad() {
-    unit.type_head_open = false; // it was to be a component, most likely
+    if (in_type_def) {
+        unit.component_lost = true; // most likely
+        doubt_open_type();
+    }
     if (is_bad_declaration) {
         declare_statement_in_error();
     } else {

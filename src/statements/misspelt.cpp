@@ -287,7 +287,8 @@ enum text_behind : unsigned char {
     behind_names = 8,         // a name and ","
     behind_slash = 16,
     behind_colon = 32,
-    behind_other = 64
+    behind_comma = 64,
+    behind_other = 128
 };
 
 struct unit_row {
@@ -313,7 +314,7 @@ constexpr unit_row unit_rows[] = {
     {"MODULEPROCEDURE", 2, behind_name | behind_names, stmtk_module_procedure},
     {"NAMELIST", 2, behind_slash, stmtk_namelist},
     {"PROGRAM", 1, behind_name, stmtk_program},
-    {"TYPE", 1, behind_name | behind_colon, stmtk_type_definition},
+    {"TYPE", 1, behind_name | behind_colon | behind_comma, stmtk_type_definition},
 };
 
 // The words that make a procedure of what they stand in front of, with or without a prefix.
@@ -350,7 +351,7 @@ text_behind text_at(char *p) {
     case '!':
     case ';': return has_name ? behind_name : behind_nothing;
     case '(': return has_name ? behind_name_and_list : behind_other;
-    case ',': return has_name ? behind_names : behind_other;
+    case ',': return has_name ? behind_names : behind_comma;
     case '/': return has_name ? behind_other : behind_slash;
     case ':': return has_name ? behind_other : behind_colon;
     default: return behind_other;
