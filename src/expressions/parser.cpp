@@ -474,8 +474,11 @@ struct constant *parse_complex_constant() {
     } else {
         ok = false;
     }
-    ok = close_with(tok_rparen, msg_expected_rparen) && ok;
     if (!ok) {
+        skip_behind(tok_rparen); // no constant may have been meant: then there may be more behind it
+        return nullptr;
+    }
+    if (!close_with(tok_rparen, msg_expected_rparen)) {
         return nullptr;
     }
     type *const part_type = first.type->type_code == tk_integer && second.type->type_code == tk_integer
