@@ -443,6 +443,15 @@ bool stmt_subprogram() {
     return ok;
 }
 
+void begin_misspelt_procedure(program_unit_kind kind, bool has_prefix) {
+    begin_program_unit(kind);
+    type *const result_type = has_prefix ? error_type() : unknown_type();
+    read_subprogram(false, kind == uk_subroutine ? void_type() : result_type);
+    if (has_prefix) { // RECURSIVE may be in it
+        routine_of(curr_row().il_scope->assoc_routine).is_recursive = true;
+    }
+}
+
 bool stmt_entry() {
     if (curr_unit_kind != uk_subroutine && curr_unit_kind != uk_function) {
         error_at(msg_entry_statement_is_not_allowed, stmt_pos);

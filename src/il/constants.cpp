@@ -480,14 +480,11 @@ void merge_constant_of_node(il_entry *entry, entry_kind kind, std::uint32_t) {
     }
 }
 
-// A pass without a visitor would not turn the marks of the names, and the next walk would miss them.
-void do_nothing(il_entry *, entry_kind, std::uint32_t) {}
-
 } // namespace
 
 void merge_constants(il_header *header) {
     header->primary_scope->constants = nullptr;
-    walk_il(header, kind_il_header, 0, nullptr, merge_constant_of_node, nullptr, do_nothing);
+    walk_il(header, kind_il_header, 0, nullptr, merge_constant_of_node, nullptr, nullptr);
     for (const bucket &b : constant_table) {
         for (const indexed_constant *e = b.newest; e; e = e->older) {
             e->constant->next = header->primary_scope->constants;

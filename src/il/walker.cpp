@@ -1,6 +1,7 @@
 // The walk over the whole IL. Two passes flip the visit mark of every entry that they reach, so no walk needs
 // a clearing pass and cycles end by themselves. What is still to be walked stands on a stack of its own: a
-// program may nest and chain its entries as deeply as it likes.
+// program may nest and chain its entries as deeply as it likes. Only the first pass follows links: it notes
+// what it visits, and the second pass goes through its notes.
 #include "il/entries.h"
 
 #include <algorithm>
@@ -27,22 +28,30 @@ struct frame {
     step what;
 };
 
-frame *frames;
-std::size_t frame_count;
-std::size_t frame_capacity;
+struct frame_list {
+    frame *frames;
+    std::size_t count;
+    std::size_t capacity;
+};
+
+frame_list pending; // a stack
+frame_list visited; // by the first pass, in order
 std::uint32_t target_mark;
 il_visitor curr_visitor;
 
+void append(frame_list &l, step what, il_entry *entry, entry_kind kind, std::uint32_t size) {
+    if (l.count == l.capacity) {
+        const std::size_t old_bytes = l.capacity * sizeof(frame);
+        l.capacity = std::max<std::size_t>(256, 2 * l.capacity);
+        l.frames = static_cast<frame *>(sys_realloc(l.frames, old_bytes, l.capacity * sizeof(frame)));
+    }
+    new (&l.frames[l.count++]) frame{entry, size, kind, what};
+}
+
 void push(step what, il_entry *entry, entry_kind kind, std::uint32_t size = 0) {
-    if (!entry && what != step::leave_scope) {
-        return;
+    if (entry || what == step::leave_scope) {
+        append(pending, what, entry, kind, size);
     }
-    if (frame_count == frame_capacity) {
-        const std::size_t old_bytes = frame_capacity * sizeof(frame);
-        frame_capacity = std::max<std::size_t>(256, 2 * frame_capacity);
-        frames = static_cast<frame *>(sys_realloc(frames, old_bytes, frame_capacity * sizeof(frame)));
-    }
-    new (&frames[frame_count++]) frame{entry, size, kind, what};
 }
 
 bool is_taken(const il_entry *entry) { return (entry->il_id & il_visit_mark) == target_mark; }
@@ -431,9 +440,16 @@ bool take(il_entry *entry) {
     return true;
 }
 
+void visit(il_entry *entry, entry_kind kind, std::uint32_t size) {
+    append(visited, step::entry, entry, kind, size);
+    if (curr_visitor) {
+        curr_visitor(entry, kind, size);
+    }
+}
+
 void visit_atom(atom *name) {
     if (take(name)) {
-        curr_visitor(name, kind_atom, 0);
+        visit(name, kind_atom, 0);
     }
 }
 
@@ -459,29 +475,31 @@ void walk_entry(const frame &f) {
     if (!take(f.entry)) {
         return;
     }
-    if (curr_visitor) {
-        visit_names_of(f);
-        curr_visitor(f.entry, f.kind, f.size);
-    }
+    visit_names_of(f);
+    visit(f.entry, f.kind, f.size);
     // The last one pushed is the first one walked.
-    const std::size_t first_child = frame_count;
+    const std::size_t first_child = pending.count;
     push_children(f);
-    if (frame_count - first_child > 1) {
-        std::reverse(frames + first_child, frames + frame_count);
+    if (pending.count - first_child > 1) {
+        std::reverse(pending.frames + first_child, pending.frames + pending.count);
     }
 }
 
-void walk_pass(const frame &root, il_visitor pre_step, il_visitor visitor) {
+void begin_pass(const frame &root, il_visitor pre_step, il_visitor visitor) {
     curr_visitor = visitor;
     target_mark = ~root.entry->il_id & il_visit_mark;
     if (pre_step) {
         pre_step(root.entry, root.kind, root.size);
     }
-    frame_count = 0;
+}
+
+void follow_links(const frame &root) {
+    visited.count = 0;
+    pending.count = 0;
     push(step::entry, root.entry, root.kind, root.size);
-    while (frame_count > 0) {
+    while (pending.count > 0) {
         // Field by field, as it was written: a load of the whole would wait for the stores.
-        const frame &top = frames[--frame_count];
+        const frame &top = pending.frames[--pending.count];
         const frame f{top.entry, top.size, top.kind, top.what};
         switch (f.what) {
         case step::entry: walk_entry(f); break;
@@ -498,13 +516,25 @@ void walk_pass(const frame &root, il_visitor pre_step, il_visitor visitor) {
     }
 }
 
+void visit_again() {
+    for (std::size_t i = 0; i < visited.count; ++i) {
+        const frame &f = visited.frames[i];
+        f.entry->il_id ^= il_visit_mark;
+        if (curr_visitor) {
+            curr_visitor(f.entry, f.kind, f.size);
+        }
+    }
+}
+
 } // namespace
 
 void walk_il(il_entry *root, entry_kind kind, std::uint32_t size, il_visitor first_pre_step,
              il_visitor first_visitor, il_visitor second_pre_step, il_visitor second_visitor) {
     const frame start{root, size, kind, step::entry};
-    walk_pass(start, first_pre_step, first_visitor);
-    walk_pass(start, second_pre_step, second_visitor);
+    begin_pass(start, first_pre_step, first_visitor);
+    follow_links(start);
+    begin_pass(start, second_pre_step, second_visitor);
+    visit_again();
 }
 
 } // namespace zf90

@@ -8,6 +8,7 @@
 #include "declarations/symbols.h"
 #include "driver/options.h"
 #include "il/entries.h"
+#include "source/token_helpers.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
@@ -732,13 +733,6 @@ void check_construct_name() {
     if (curr_stmt_kind != stmtk_bad) {
         curr_stmt_kind = stmtk_construct_name;
     }
-}
-
-char *past_blanks(char *p) {
-    while (*p == ' ' || *p == '\t') {
-        ++p;
-    }
-    return p;
 }
 
 } // namespace
