@@ -98,8 +98,9 @@ bool read_dependent_statement(const governing_statement &governing) {
     classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
         // What follows the condition may be a THEN, or may have been meant as one: its ELSE and END IF come.
-        const bool begins = next_token(lex_peek) == tok_eos || ends_with_then() || is_like_then(rest);
-        open_if_meant(governing, governing.kind == stmk_if && begins);
+        const bool at_end = next_token(lex_peek) == tok_eos;
+        const bool begins = ends_with_then() || (governing.kind == stmk_if && (at_end || is_like_then(rest)));
+        open_if_meant(governing, begins);
         return false;
     }
     if (!governing.can_depend(curr_stmt_kind)) {
