@@ -759,14 +759,14 @@ void skip_line() {
 }
 
 bool stmt_bad() {
-    if (in_type_def) {
-        unit.component_lost = true; // most likely
-        doubt_open_type();
-    }
+    unit.component_lost = true; // most likely
     if (is_bad_declaration) {
         declare_statement_in_error();
     } else {
         give_up_misspelt_declaration();
+        if (in_type_def) {
+            doubt_open_type();
+        }
     }
     return skip_to_eos();
 }
