@@ -340,7 +340,7 @@ construct_name parse_construct_name() {
         error_at(msg_undefined_construct_name, curr_name.position);
         name.reported = true;
     }
-    next_token(0);
+    next_token(name.reported ? lex_peek : 0u); // the rest is passed over then
     return name;
 }
 
