@@ -106,6 +106,9 @@ bool read_dependent_statement(const governing_statement &governing) {
         next_token(lex_peek);
         if (skip_to_closing(tok_rparen)) {
             mark_error_node(condition); // it goes on there
+        } else {
+            s->expr = new_error_node(); // it may have been meant for an arithmetic IF
+            s->expr->next = condition;
         }
         open_if_meant(governing, begins);
         return false;

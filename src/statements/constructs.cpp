@@ -104,13 +104,6 @@ bool name_was_refused(const struct atom *name) {
     return false;
 }
 
-// An undefined terminal label is no second mistake once its loop has been reported.
-void excuse_label(symbol *label) {
-    if (label) {
-        label->aux2 |= lf_reported;
-    }
-}
-
 bool is_end(statement_kind kind) {
     return kind == stmtk_end_if || kind == stmtk_end_select || kind == stmtk_end_where;
 }
