@@ -5,6 +5,8 @@
 #include "il/constants.h"
 #include "intrinsics/handler_helpers.h"
 
+#include <limits>
+
 namespace zf90 {
 
 namespace {
@@ -116,8 +118,25 @@ expr_node *element_size(expr_node *e) {
     return new_integer_node(static_cast<std::int32_t>(element->size));
 }
 
+// The elements of MOLD that a source fills whose number of bytes is known, but too large for the integers of
+// the program. Null for another source, or if the result is too large as well.
+expr_node *extent_of_large_transfer(const expr_node *source, const expr_node *mold) {
+    constexpr std::uint64_t largest = std::numeric_limits<std::int32_t>::max();
+    type *const element = element_of(mold);
+    complete_type(source->type);
+    complete_type(element);
+    const std::uint64_t rounded = std::uint64_t{source->type->size} + element->size - 1;
+    if (element->size == 0 || rounded <= largest || rounded / element->size > largest) {
+        return nullptr;
+    }
+    return new_integer_node(static_cast<std::int32_t>(rounded / element->size));
+}
+
 // How many elements of MOLD the bytes of SOURCE fill.
 expr_node *transfer_extent(expr_node *source, expr_node *mold) {
+    if (expr_node *const extent = extent_of_large_transfer(source, mold)) {
+        return extent;
+    }
     expr_node *bytes = element_size(source);
     if (is_array_valued(source)) {
         bytes = new_integer_operation(eok_imultiply, expr_extent(source, 0), bytes);

@@ -5,6 +5,7 @@
 #include "declarations/scopes.h"
 #include "declarations/symbols.h"
 #include "driver/diagnostics.h"
+#include "driver/options.h"
 #include "il/entries.h"
 #include "il/types.h"
 #include "modules/copies.h"
@@ -180,7 +181,7 @@ void read_rename(const used_module &m) {
 }
 
 // What follows the last item is not there, or it lacks a comma.
-void end_list() {
+void end_rename_list() {
     if (curr_token == tok_name) {
         error_pos = curr_token_pos;
         report_syntax_error(msg_expected_comma);
@@ -200,30 +201,59 @@ void read_rename_list(const used_module &m) {
             read_rename(m);
         }
     }
-    end_list();
+    end_rename_list();
+}
+
+// A name of the ONLY list. If the module lacks it, which is reported, the item may have been meant for
+// something else: what follows it is no fault of its own.
+void use_name(symbol *local, const name_locator &name, const atom *name_in_module, const used_module &m) {
+    symbol *module_symbol = find_in_module(m.module, name_in_module);
+    use_symbol(local, name, module_symbol, m);
+    if (!module_symbol) {
+        recover_tokens();
+    }
 }
 
 // A name, an operator or the assignment of the ONLY list, or "name => name".
 void read_only_item(const used_module &m) {
     name_locator name;
-    symbol *local = read_generic_spec(name, m.level);
+    symbol *local;
+    {
+        const stop_at stop{tok_arrow};
+        local = read_generic_spec(name, m.level);
+    }
     if (!local) {
-        report_syntax_error(msg_expected_identifier);
+        syntax_error(msg_expected_identifier);
         return;
     }
     if (local->name == error_atom) {
+        recover_tokens();
         return;
     }
     local->flags |= sf_public;
     if (is_operator_code(local->name->token_code) || curr_token != tok_arrow) {
-        use_symbol(local, name, find_in_module(m.module, name.atom), m);
+        use_name(local, name, name.atom, m);
         return;
     }
     next_token(0);
     if (name_is_here()) {
-        use_symbol(local, name, find_in_module(m.module, curr_name.atom), m);
+        const atom *name_in_module = curr_name.atom;
         next_token(0);
+        use_name(local, name, name_in_module, m);
+    } else if (is_open(local)) {
+        make_quiet(local);
     }
+}
+
+// Whether the list goes on: behind a comma, or where one is missing, which is reported.
+bool list_goes_on() {
+    if (curr_token == tok_name) {
+        error_pos = curr_token_pos;
+        report_syntax_error(msg_expected_comma);
+        lex_rewind_token();
+        return true;
+    }
+    return curr_token != tok_eos && expect_token(tok_comma, msg_expected_comma);
 }
 
 bool is_at_end() {
@@ -236,13 +266,10 @@ void read_only_list(const used_module &m) {
         next_token(0);
         return;
     }
-    {
-        const stop_at stops{tok_comma, tok_arrow};
-        do {
-            read_only_item(m);
-        } while (curr_token == tok_comma);
-    }
-    end_list();
+    const stop_at stop{tok_comma};
+    do {
+        read_only_item(m);
+    } while (list_goes_on());
 }
 
 // ONLY and its colon, behind the comma.
@@ -263,6 +290,29 @@ void import_the_rest(const used_module &m) {
     }
 }
 
+// What stands for ONLY, as its colon or its list follows: it is reported as the new name that would be there
+// otherwise.
+bool read_misspelt_only() {
+    saved_place place;
+    error_code message = msg_expected_identifier;
+    next_token(fixed_form_input ? lex_peek : lex_keyword | lex_peek);
+    const bool is_only = curr_token == tok_kw_only;
+    if (is_only || curr_token == tok_name) {
+        message = msg_expected_arrow;
+        next_token(lex_peek);
+    }
+    if (curr_token != tok_colon && (!is_only || curr_token == tok_arrow || curr_token == tok_eos)) {
+        return false;
+    }
+    place.stay();
+    error_pos = curr_token_pos;
+    report_syntax_error(message);
+    if (curr_token == tok_name) { // the first of the list
+        lex_rewind_token();
+    }
+    return true;
+}
+
 bool use_statement() {
     if (next_token(0) != tok_name) {
         report_syntax_error(msg_expected_identifier);
@@ -273,7 +323,7 @@ bool use_statement() {
     next_token(0);
     m.module = load_module(known, m.name);
     if (curr_token == tok_comma) {
-        if (read_only()) {
+        if (read_only() || read_misspelt_only()) {
             read_only_list(m);
             return true;
         }
