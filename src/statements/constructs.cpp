@@ -123,6 +123,15 @@ void pass_doubt_on(int ended) {
     }
 }
 
+// A WHERE that is not ended as it should be: which statements it was to hold is not known.
+void give_up_mask(const construct_entry &entry) {
+    if (entry.kind == cons_where) {
+        expr_node *const mask = entry.statement->expr;
+        entry.statement->expr = new_error_node();
+        entry.statement->expr->next = mask;
+    }
+}
+
 bool ends_here(const construct_entry &entry) {
     return entry.end_label && entry.end_label == curr_label_symbol;
 }
@@ -263,6 +272,7 @@ void close_open_constructs() {
         if (entry.kind == cons_do) {
             entry.statement->do_loop = nullptr;
         }
+        give_up_mask(entry);
         pop_construct();
     }
 }
@@ -366,6 +376,7 @@ bool close_construct(construct_kind kind, const construct_name &name) {
             reported = true;
             error_at(msg_executable_constructs_are_incorrectly_nested, stmt_pos);
         }
+        give_up_mask(top_construct());
         pop_construct();
     }
     if (is_end(curr_stmt_kind)) {
@@ -512,6 +523,7 @@ void close_do_to(int entry, bool quiet) {
         if (!ends_here(inner)) {
             excuse_label(inner.end_label);
         }
+        give_up_mask(inner);
         pop_construct();
     }
     const construct_entry &loop = construct_stack[entry];
