@@ -736,6 +736,7 @@ void skip_line() {
 }
 
 bool stmt_bad() {
+    unit.type_head_open = false; // it was to be a component, most likely
     if (is_bad_declaration) {
         declare_statement_in_error();
     } else {
