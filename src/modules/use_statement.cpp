@@ -82,7 +82,10 @@ void copy_use_entity(const symbol *module_symbol, symbol *local, std::int32_t le
         local->aux2 |= module_symbol->aux2 & pf_body_seen;
     }
     if (kind == sk_subroutine || kind == sk_function) {
-        enter_external(local);
+        if (copy->source_corresp.name == local->name) {
+            enter_external(local);
+        }
+        local->aux2 |= pf_entered; // a new name is no external one, and the copier has entered the other
     }
 }
 
