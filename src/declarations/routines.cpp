@@ -516,7 +516,7 @@ void declare_result(symbol *s, name_locator &name, entry_description *entry) {
     if (!s || s->scope_depth != curr_scope_depth || !name.atom) {
         s = new_symbol(sk_undetermined, name, curr_scope_depth);
         // A function whose name was refused may still declare the type of its result.
-        const bool is_open = name.atom && return_type->type_code == tk_error;
+        const bool is_open = name.atom && function->name == error_atom && return_type->type_code == tk_error;
         if (is_known(return_type) && !is_open) {
             s->entity = return_type;
             s->flags |= sf_typed | (function->flags & sf_type_implicit);

@@ -184,27 +184,73 @@ bool read_dummy(dummy_list &list) {
     return ok;
 }
 
+// Whether the name just read is followed by a parenthesis.
+bool opens_parenthesis() {
+    const saved_place here;
+    return next_token(lex_peek) == tok_lparen;
+}
+
+// Whether the name just read begins RESULT (name), where the list of dummies should have been closed.
+bool begins_result() {
+    if (curr_token != tok_name || curr_unit_kind != uk_function || !opens_parenthesis()) {
+        return false;
+    }
+    const saved_place here;
+    lex_rewind_token();
+    return next_token(lex_peek | lex_keyword) == tok_kw_result;
+}
+
+// Behind an item: whether there is another one. It counts as one where only its comma is missing.
+bool another_dummy(bool &ok) {
+    if (accept_optional(tok_comma, 0)) {
+        return true;
+    }
+    if (curr_token != tok_name || opens_parenthesis()) {
+        return false;
+    }
+    if (ok) {
+        report_syntax_error(msg_expected_rparen);
+    }
+    ok = false;
+    return true;
+}
+
 // The list in its parentheses. The end of the statement is good instead of them in a subroutine and, as the
 // language has it, in an ENTRY.
 bool read_dummies(bool is_entry, entry_description *entry) {
     if (curr_token == tok_eos && (is_entry || curr_unit_kind == uk_subroutine)) {
         return true;
     }
-    if (!accept_token(tok_lparen, msg_expected_lparen, 0)) {
+    bool ok = true;
+    if (curr_token == tok_name && (begins_result() || !opens_parenthesis())) {
+        ok = accept_opening(0); // the list goes on without it
+    } else if (!accept_token(tok_lparen, msg_expected_lparen, 0)) {
         return false;
     }
-    bool ok = true;
-    if (curr_token != tok_rparen) {
+    if (curr_token != tok_rparen && !begins_result()) {
         dummy_list list = begin_dummy_list(entry);
         const stop_at stops{tok_comma, tok_rparen};
         do {
             ok &= read_dummy(list);
-        } while (accept_optional(tok_comma, 0));
+        } while (another_dummy(ok));
         end_dummy_list(list);
+    }
+    if (begins_result()) {
+        error_pos = curr_token_pos;
+        if (ok) {
+            report_syntax_error(msg_expected_rparen);
+        }
+        lex_rewind_token();
+        next_token(lex_keyword);
+        return false;
+    }
+    if (!ok) {
+        accept_optional(tok_rparen, lex_keyword);
+        return false;
     }
     const bool closed = curr_token == tok_rparen;
     accept_token(tok_rparen, msg_expected_rparen, lex_keyword);
-    return ok && closed;
+    return closed;
 }
 
 // A result without a name of its own: it is the variable with the function's name, as that was written. What
@@ -441,6 +487,15 @@ bool stmt_subprogram() {
         ok = false;
     }
     return ok;
+}
+
+void begin_misspelt_procedure(program_unit_kind kind, bool has_prefix) {
+    begin_program_unit(kind);
+    type *const result_type = has_prefix ? error_type() : unknown_type();
+    read_subprogram(false, kind == uk_subroutine ? void_type() : result_type);
+    if (has_prefix) { // RECURSIVE may be in it
+        routine_of(curr_row().il_scope->assoc_routine).is_recursive = true;
+    }
 }
 
 bool stmt_entry() {

@@ -15,6 +15,10 @@ extern bool in_prefix_type;
 // and comes back with end_program_unit.
 void begin_program_unit(program_unit_kind kind);
 
+// Opens a procedure of which the word SUBROUTINE or FUNCTION was misspelt, or what stands before it, which
+// has been reported. Its name follows at the cursor.
+void begin_misspelt_procedure(program_unit_kind kind, bool has_prefix);
+
 // Opens the main program of a source that has no PROGRAM statement.
 void implied_program(source_pos position);
 

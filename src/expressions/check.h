@@ -34,6 +34,10 @@ bool check_expression(expr_node *node, std::uint32_t flags, object *routine);
 // Makes a node an `enk_error` of the error type. The operands stay reachable.
 void mark_error_node(expr_node *node);
 
+// Of an expression with text behind it that does not belong there: the name that it ends with may have been
+// meant for something else, as in `X = SIN Y`, and is not looked at.
+void excuse_last_name(expr_node *e);
+
 // Whether what a statement stores to can be stored to, which is noted as a definition of it. Errors 535 and
 // 241 say why not.
 bool check_definable(expr_node *expr);

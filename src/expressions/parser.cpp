@@ -215,7 +215,7 @@ expr_node *start_character_literal() {
     return curr_token == tok_lparen ? start_substring(node, false) : node;
 }
 
-// A part of a complex constant: a number with or without a sign.
+// A part of a complex constant: a number with or without a sign. False if it is anything else.
 bool read_complex_part(fold_value &part) {
     bool negative = false;
     if (curr_token == tok_plus || curr_token == tok_minus) {
@@ -223,15 +223,12 @@ bool read_complex_part(fold_value &part) {
         next_token(0);
     }
     if (curr_token != tok_integer && curr_token != tok_real) {
-        parse_error(msg_expected_integer_or_real_constant);
+        report_parse_error(msg_expected_integer_or_real_constant);
         return false;
     }
     part = curr_constant;
     next_token(0);
-    if (!has_value(part)) {
-        return false;
-    }
-    if (negative) {
+    if (negative && has_value(part)) {
         part.integer = -part.integer; // it was read without its sign, so it is not the least integer
         part.real = -part.real;
     }
@@ -356,7 +353,14 @@ expr_node *start_primary() {
     default: break;
     }
     expr_node *node = new_error_at(curr_token_pos);
-    parse_error(curr_token == tok_boz ? msg_boz_constant_not_in_data_statement : msg_expected_expression);
+    // A constant in error has been told, and so will be an operator without a meaning, such as .TRU. is.
+    const pending &outer = top_pending();
+    const bool is_operand = outer.kind == pending_prefix || outer.kind == pending_binary;
+    if (curr_token == tok_boz ? !has_value(curr_constant) : is_operand && !outer.symbol) {
+        recover_tokens();
+    } else {
+        parse_error(curr_token == tok_boz ? msg_boz_constant_not_in_data_statement : msg_expected_expression);
+    }
     return node;
 }
 
@@ -468,14 +472,15 @@ struct constant *parse_complex_constant() {
     fold_value second;
     next_token(lex_signed);
     bool ok = read_complex_part(first);
-    if (expect_token(tok_comma, msg_expected_comma)) {
+    if (ok && expect_token(tok_comma, msg_expected_comma)) {
         next_token(lex_signed);
-        ok = read_complex_part(second) && ok;
+        ok = read_complex_part(second);
     } else {
         ok = false;
     }
-    ok = close_with(tok_rparen, msg_expected_rparen) && ok;
-    if (!ok) {
+    // Behind what is no number there may be anything, such as the rest of a list.
+    if (!(ok ? close_with(tok_rparen, msg_expected_rparen) : skip_behind(tok_rparen)) || !ok ||
+        !has_value(first) || !has_value(second)) {
         return nullptr;
     }
     type *const part_type = first.type->type_code == tk_integer && second.type->type_code == tk_integer

@@ -30,6 +30,17 @@ void mark_error_node(expr_node *node) {
     node->type = error_type();
 }
 
+void excuse_last_name(expr_node *e) {
+    while (e->node_kind == enk_symbol_call && e->operands) {
+        for (e = e->operands; e->next;) {
+            e = e->next;
+        }
+    }
+    if (e->node_kind == enk_symbol) {
+        mark_error_node(e);
+    }
+}
+
 bool fail_at(error_code code, const expr_node *node) {
     error_at(code, node->source_pos);
     return false;

@@ -437,6 +437,38 @@ bool next_segment() {
 
 bool lines_run_together;
 
+// Whether the line behind that of the cursor begins with an "&".
+static bool marked_line_follows() {
+    for (int i = 0; i < segment_count; ++i) {
+        if (line_segments[i].base > line_cursor) {
+            return *line_segments[i].text == '&';
+        }
+    }
+    if (stmt_overflowed || at_source_end) {
+        return false;
+    }
+    read_source_line();
+    return line_kind == line_continuation;
+}
+
+// Past the "&" that begins a line, and past lines that hold nothing else, which are reported.
+static void skip_leading_ampersand() {
+    for (;;) {
+        char *const mark = line_cursor;
+        line_cursor = skip_blanks(line_cursor + 1);
+        if (*line_cursor && *line_cursor != '!') {
+            return;
+        }
+        if (!lex_peeking) {
+            error_at_cursor(msg_line_may_not_consist_of_single_ampersand, mark);
+            lines_run_together = true;
+        }
+        if (!marked_line_follows() || !next_segment()) {
+            return;
+        }
+    }
+}
+
 bool free_form_continuation(bool between_tokens) {
     char *const mark = line_cursor;
     const bool has_next = next_segment();
@@ -458,10 +490,7 @@ bool free_form_continuation(bool between_tokens) {
     if (has_next) {
         line_cursor = next_text;
         if (*line_cursor == '&') {
-            line_cursor = skip_blanks(line_cursor + 1);
-            if ((!*line_cursor || *line_cursor == '!') && !lex_peeking) {
-                error_at_cursor(msg_line_may_not_consist_of_single_ampersand, next_text);
-            }
+            skip_leading_ampersand();
         }
     } else {
         // A statement that took no more lines has had its message.

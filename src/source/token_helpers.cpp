@@ -67,6 +67,13 @@ saved_place::~saved_place() {
     }
 }
 
+char *past_blanks(char *p) {
+    while (*p == ' ' || *p == '\t') {
+        ++p;
+    }
+    return p;
+}
+
 void recover_tokens() {
     const std::uint32_t mode = recovery_mode();
     bool skipped = false;

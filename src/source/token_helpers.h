@@ -80,6 +80,9 @@ void recover_tokens();
 // one.
 bool accept_closing(token_kind token, error_code code, std::uint32_t mode);
 
+// Past the blanks and tabs of a line.
+char *past_blanks(char *p);
+
 // Skips to the first `token` that closes nothing opened from the current token on. False, with nothing
 // skipped, if there is none.
 bool skip_to_closing(token_kind token);

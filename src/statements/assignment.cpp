@@ -45,18 +45,6 @@ assignment_sides read_sides(token_kind separator, error_code missing, std::uint3
     return sides;
 }
 
-// The name that an expression ends with may have been meant for something else, as in `X = SIN Y`.
-void excuse_last_name(expr_node *e) {
-    while (e->node_kind == enk_symbol_call && e->operands) {
-        for (e = e->operands; e->next;) {
-            e = e->next;
-        }
-    }
-    if (e->node_kind == enk_symbol) {
-        mark_error_node(e);
-    }
-}
-
 // For `DOI = 1, 5` where words must stand apart: opens the loop that it was meant for.
 void open_loop_meant() {
     if (construct_depth >= 0 && !holds_one_statement(top_construct().kind)) {

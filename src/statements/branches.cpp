@@ -98,8 +98,9 @@ bool read_dependent_statement(const governing_statement &governing) {
     classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
         // What follows the condition may be a THEN, or may have been meant as one: its ELSE and END IF come.
-        const bool begins = next_token(lex_peek) == tok_eos || ends_with_then() || is_like_then(rest);
-        open_if_meant(governing, governing.kind == stmk_if && begins);
+        const bool at_end = next_token(lex_peek) == tok_eos;
+        const bool begins = ends_with_then() || (governing.kind == stmk_if && (at_end || is_like_then(rest)));
+        open_if_meant(governing, begins);
         return false;
     }
     if (!governing.can_depend(curr_stmt_kind)) {
@@ -221,8 +222,16 @@ bool stmt_where_construct() {
     return good;
 }
 
+// A WHERE has no name; one that was refused at its head is passed over where it is repeated.
+static void skip_name_of_where() {
+    const int where = nearest_construct(cons_where);
+    if (next_token(0) == tok_name && where >= 0 && construct_stack[where].refused_name == curr_name.atom) {
+        next_token(0);
+    }
+}
+
 bool stmt_elsewhere() {
-    next_token(0);
+    skip_name_of_where();
     if (close_construct(cons_where, {})) {
         construct_entry &entry = top_construct();
         note_branch_end(entry);
@@ -236,7 +245,7 @@ bool stmt_elsewhere() {
 }
 
 bool stmt_end_where() {
-    next_token(0);
+    skip_name_of_where();
     if (close_construct(cons_where, {})) {
         pop_construct();
     }
@@ -417,7 +426,7 @@ bool stmt_construct_name() {
     default: error_at(msg_construct_name_can_be_given_to_do_select, stmt_pos); return false;
     }
     symbol *label = nullptr;
-    if (taken) {
+    if (taken || curr_stmt_kind == stmtk_where_construct) {
         add_loop_label();
     } else {
         label = define_label(name, lk_control, name.position);

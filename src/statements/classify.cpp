@@ -8,6 +8,7 @@
 #include "declarations/symbols.h"
 #include "driver/options.h"
 #include "il/entries.h"
+#include "source/token_helpers.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
 #include "statements/loop.h"
@@ -710,8 +711,8 @@ bool begins_declaration(token_kind word) {
     }
 }
 
-// A word and ":" ahead of the executable statements, where "::" was meant: it is not the name of a construct.
-// What follows is no statement, and is reported as that.
+// A word and ":" ahead of the executable statements, where "::" was meant: it is not the name of a construct,
+// whose statement would end the declarations. What follows is reported as it would be behind such a name.
 void check_construct_name() {
     line_cursor = stmt_start;
     if (!begins_declaration(next_token(peek_word)) || next_token(lex_peek) != tok_colon) {
@@ -725,20 +726,9 @@ void check_construct_name() {
     }
     line_cursor = rest;
     next_token(lex_peek);
-    if (!classify_name_form()) {
-        error_at(msg_unrecognized_statement, position);
-        curr_stmt_kind = stmtk_bad;
-    }
-    if (curr_stmt_kind != stmtk_bad) {
-        curr_stmt_kind = stmtk_construct_name;
-    }
-}
-
-char *past_blanks(char *p) {
-    while (*p == ' ' || *p == '\t') {
-        ++p;
-    }
-    return p;
+    error_at(classify_name_form() ? msg_construct_name_can_be_given_to_do_select : msg_unrecognized_statement,
+             position);
+    curr_stmt_kind = stmtk_bad;
 }
 
 } // namespace

@@ -386,7 +386,7 @@ bool close_construct(construct_kind kind, const construct_name &name) {
         if (!has_construct_name(entry, name)) {
             error_at(msg_name_does_not_match_construct_name_in_construct, curr_token_pos);
         }
-    } else if (curr_stmt_kind != stmtk_case && curr_stmt_kind != stmtk_else &&
+    } else if (kind != cons_where && curr_stmt_kind != stmtk_case && curr_stmt_kind != stmtk_else &&
                curr_stmt_kind != stmtk_else_if && is_named(entry)) {
         error_at(msg_expected_construct_name, curr_token_pos);
     }

@@ -13,6 +13,7 @@
 #include "statements/classify.h"
 #include "statements/constructs.h"
 #include "statements/handlers.h"
+#include "statements/loop.h"
 
 #include <cstring>
 
@@ -182,6 +183,9 @@ bool stmt_assigned_goto() {
     next_token(0);
     expr_node *variable = parse_label_variable();
     label_list_entry *list = nullptr;
+    if (!variable && curr_token == tok_lparen) {
+        return skip_to_eos(); // it may be a subscript
+    }
     if (curr_token != tok_eos) {
         accept_optional(tok_comma, 0);
         if (!parse_label_list(list, true)) {
@@ -318,6 +322,7 @@ bool parse_stop_code(constant *&code) {
     skip_to_token();
     // Read as an ordinary number, 12E3 or 1.5 would be a real and 99999999999 too large.
     bool digits = *line_cursor >= '0' && *line_cursor <= '9';
+    const std::uint32_t errors_before = error_count;
     next_token(digits ? lex_no_kind_suffix | lex_no_hollerith | lex_plain_digits | lex_peek
                       : lex_no_kind_suffix);
     if (digits && *line_cursor == '_') { // they are the kind of a text
@@ -344,6 +349,9 @@ bool parse_stop_code(constant *&code) {
         break;
     case tok_name: code = named_stop_code(); break;
     default: break;
+    }
+    if (!code && error_count != errors_before) { // the tokenizer has spoken
+        return !skip_to_eos();
     }
     if (!code) {
         syntax_error(msg_expected_string_of_digits_or_character_constant);

@@ -167,7 +167,10 @@ bool parse_keyword_item(io_control &c) {
     const io_specifier specifier = specifier_of(curr_token);
     if (specifier == iosk_last || specifier == iosk_fe_kind || specifier == iosk_fe_len) {
         error_pos = curr_token_pos;
-        syntax_error(msg_expected_i_o_keyword);
+        if (!c.failed || at_unknown_keyword()) {
+            report_syntax_error(msg_expected_i_o_keyword);
+        }
+        recover_tokens();
         c.failed = true;
         return false;
     }
@@ -195,7 +198,9 @@ bool go_on_to_item(io_control &c, std::uint32_t mode) {
     if (curr_token == tok_rparen) {
         return false;
     }
+    c.skipped = c.skipped || curr_token != tok_comma;
     if (accept_token(tok_comma, msg_expected_comma, mode)) {
+        c.failed = c.failed || c.skipped;
         return true;
     }
     c.failed = true;
@@ -314,6 +319,9 @@ bool parse_format(input_output_description *d, bool quiet) {
         next_token(0);
     } else if (parse_expression(expr)) {
         kind = iof_char_expr; // or iof_assigned_var, when the types are known
+        if (curr_token != tok_comma && curr_token != tok_rparen && curr_token != tok_eos) {
+            mark_error_node(expr); // who knows what was meant
+        }
     }
     if (!quiet) {
         d->format_kind = kind;
@@ -337,7 +345,7 @@ bool parse_io_control(io_control &c) {
     {
         const stop_at stops{tok_comma, tok_rparen};
         const bool all_known = !parse_positional_items(c) || parse_keyword_items(c);
-        if (all_known && (curr_token == tok_rparen || !c.failed)) {
+        if (all_known && !c.skipped && (curr_token == tok_rparen || !c.failed)) {
             check_missing(c);
         }
     }

@@ -22,6 +22,7 @@ struct io_control {
     io_set io_written;         // also those that were refused
     expr_node *last_specifier; // of the description's list
     bool failed;               // something was reported
+    bool skipped;              // text was, in which any specifier may have been
 };
 
 inline bool is_seen(const io_control &c, io_specifier specifier) {

@@ -1,6 +1,7 @@
 // The handlers of READ, WRITE, PRINT, OPEN, CLOSE, INQUIRE, BACKSPACE, ENDFILE and REWIND. They read the
 // control list and the items; what needs types is checked with the statements of the whole compilation.
 #include "declarations/namelist.h"
+#include "expressions/check.h"
 #include "expressions/parser.h"
 #include "il/entries.h"
 #include "source/token_helpers.h"
@@ -25,7 +26,17 @@ io_statement begin_io(il_statement_kind kind) {
 }
 
 // The items of input and output; that those of input are variables is for the check to say.
-bool parse_items(statement *s) { return parse_element_list(parse_expression, s->expr, false); }
+bool parse_items(statement *s) {
+    const bool good = parse_element_list(parse_expression, s->expr, false);
+    if (good && curr_token != tok_eos) {
+        expr_node *last = s->expr;
+        while (last->next) {
+            last = last->next;
+        }
+        excuse_last_name(last);
+    }
+    return good;
+}
 
 // Behind the word: a format, and items behind a comma.
 bool parse_short_form(const io_statement &io) {

@@ -593,19 +593,79 @@ bool may_be_misspelt() {
     }
 }
 
+program_unit_kind unit_of_end(statement_kind kind) {
+    switch (kind) {
+    case stmtk_end_program: return uk_program;
+    case stmtk_end_subroutine: return uk_subroutine;
+    case stmtk_end_function: return uk_function;
+    case stmtk_end_block_data: return uk_block_data;
+    default: return uk_module;
+    }
+}
+
+// The same for the statements that begin or end a unit or a part of one: whether they may stand here.
+bool may_stand_here(statement_kind kind) {
+    if (unit.in_lost_body || (construct_depth >= 0 && top_construct().kind != cons_routine)) {
+        return false;
+    }
+    const bool in_body = stmt_phase >= ph_header && stmt_phase <= ph_execution && !in_type_def;
+    const bool between_bodies = stmt_phase == ph_start && unit.header_seen;
+    const program_unit_kind u = unit_kind_of(unit_level());
+    switch (kind) {
+    case stmtk_subprogram: return stmt_phase == ph_start;
+    case stmtk_module:
+    case stmtk_program:
+    case stmtk_block_data: return stmt_phase == ph_start && !unit.header_seen;
+    case stmtk_contains: return in_body && u != uk_block_data && interface_depth == 0;
+    case stmtk_interface:
+    case stmtk_namelist:
+    case stmtk_type_definition: return in_body && stmt_phase <= ph_specification && u != uk_block_data;
+    case stmtk_module_procedure:
+    case stmtk_end_interface: return between_bodies && in_interface_block();
+    case stmtk_end_type: return in_type_def;
+    case stmtk_end: return in_body || (between_bodies && !in_interface_block());
+    default: return (in_body || (between_bodies && !in_interface_block())) && u == unit_of_end(kind);
+    }
+}
+
+// Where a declaration can't stand, it may be the head of a function.
+bool is_misspelt_function() {
+    const auto may_begin = [](statement_kind kind) { return kind == stmtk_subprogram; };
+    if (stmt_phase != ph_start || !unit.header_seen || unit.in_lost_body ||
+        !classify_misspelt_unit(may_begin)) {
+        return false;
+    }
+    out_of_order();
+    return true;
+}
+
+// Whether the statement is a misspelt one of which the kind could be guessed. It has been reported then.
+bool guess_statement() {
+    switch (curr_stmt_kind) {
+    case stmtk_type_declaration: return is_misspelt_function();
+    case stmtk_bad: break;
+    default: return false;
+    }
+    return classify_misspelt_unit(may_stand_here) ||
+           (may_be_misspelt() &&
+            classify_misspelt(stmt_phase == ph_execution ? misspelt_any : misspelt_heads));
+}
+
 void process_statement() {
     curr_label_symbol = nullptr;
     lines_run_together = false;
     name_locator label = read_label();
     const bool has_label = label.atom;
     classify_statement();
-    const bool misspelt = curr_stmt_kind == stmtk_bad && may_be_misspelt() &&
-                          classify_misspelt(stmt_phase == ph_execution ? misspelt_any : misspelt_heads);
+    const bool misspelt = guess_statement();
     curr_token = tok_none;
     error_pos = stmt_pos;
     if (has_label && curr_stmt_kind == stmtk_include) {
         error_at(msg_include_line_must_not_be_supplied_with_statement, label.position);
         label.atom = nullptr;
+    }
+    if (unit.in_lost_body && stmt_phase == ph_start && !is_header(curr_stmt_kind)) {
+        label.atom = nullptr; // it is none of the unit around
     }
     if (label.atom && !is_header(curr_stmt_kind) && !find_label(label)) {
         label.atom = nullptr;
@@ -676,6 +736,7 @@ void skip_line() {
 }
 
 bool stmt_bad() {
+    unit.type_head_open = false; // it was to be a component, most likely
     if (is_bad_declaration) {
         declare_statement_in_error();
     } else {

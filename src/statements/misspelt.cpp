@@ -3,8 +3,9 @@
 #include "statements/misspelt.h"
 
 #include "declarations/symbols.h"
+#include "declarations/units.h"
 #include "driver/options.h"
-#include "source/tokens.h"
+#include "source/token_helpers.h"
 #include "statements/classify.h"
 #include "statements/constructs.h"
 #include "statements/loop.h"
@@ -46,14 +47,25 @@ struct leading_words {
     std::string_view text() const { return {letters.data(), length}; }
 
     // Whether it is still short enough to be looked at.
-    bool add_token() {
-        const auto size = static_cast<std::size_t>(token_length);
+    bool add(const char *word, std::size_t size) {
         if (length + size > longest_word) {
             return false;
         }
-        std::transform(token_text, token_text + size, letters.data() + length, char_fold);
+        std::transform(word, word + size, letters.data() + length, char_fold);
         length += size;
         return true;
+    }
+    bool add_token() { return add(token_text, static_cast<std::size_t>(token_length)); }
+
+    // DO10 was meant as DO and a label.
+    void drop_label_of_do() {
+        std::size_t end = length;
+        while (end > 0 && letters[end - 1] >= '0' && letters[end - 1] <= '9') {
+            --end;
+        }
+        if (std::string_view(letters.data(), end) == "DO") {
+            length = end;
+        }
     }
 };
 
@@ -122,20 +134,18 @@ bool has_form(text_form form) {
 // Finds the row of the words read so far; the token behind them is current. No row fits an assignment, so
 // the order of the rows does not matter.
 const misspelt_row *find_row(std::string_view words, misspelt_kinds kinds) {
-    char *const rest = line_cursor;
-    const token_kind next = curr_token;
+    char *const next = token_start;
     for (const misspelt_row &row : misspelt_rows) {
         if ((kinds == misspelt_heads && !is_form_of_head(row.form)) || !is_like(words, row)) {
             continue;
         }
-        line_cursor = rest;
-        curr_token = next;
-        if (has_form(row.form)) {
+        const bool found = has_form(row.form);
+        line_cursor = next;
+        next_token(lex_peek);
+        if (found) {
             return &row;
         }
     }
-    line_cursor = rest;
-    curr_token = next;
     return nullptr;
 }
 
@@ -177,12 +187,17 @@ statement_kind guess(misspelt_kinds kinds) {
     line_cursor = stmt_start;
     next_token(lex_peek);
     bool middle = false;
+    const misspelt_row *found = nullptr; // by as many words as possible
     while (curr_token == tok_name && words.add_token()) {
+        words.drop_label_of_do();
         next_token(lex_peek);
         if (const misspelt_row *row = find_row(words.text(), kinds)) {
-            return row->kind;
+            found = row;
         }
         middle = middle || is_like_middle(words.text());
+    }
+    if (found) {
+        return found->kind;
     }
     if (middle) {
         reach_state = reachable; // of the branch that it was to begin
@@ -260,6 +275,183 @@ void close_misspelt(construct_kind kind) {
 
 } // namespace
 
+// ---- units and their parts
+
+namespace {
+
+// What stands behind the words of a statement, as bits.
+enum text_behind : unsigned char {
+    behind_nothing = 1,
+    behind_name = 2,          // a name alone
+    behind_name_and_list = 4, // a name and "("
+    behind_names = 8,         // a name and ","
+    behind_slash = 16,
+    behind_colon = 32,
+    behind_other = 64
+};
+
+struct unit_row {
+    std::string_view words;
+    int tolerance;
+    unsigned text; // of text_behind
+    statement_kind kind;
+};
+
+constexpr unit_row unit_rows[] = {
+    {"CONTAINS", 2, behind_nothing, stmtk_contains},
+    {"END", 1, behind_nothing, stmtk_end},
+    {"ENDBLOCKDATA", 2, behind_nothing | behind_name, stmtk_end_block_data},
+    {"ENDFUNCTION", 2, behind_nothing | behind_name, stmtk_end_function},
+    {"ENDINTERFACE", 2, behind_nothing, stmtk_end_interface},
+    {"ENDMODULE", 1, behind_nothing | behind_name, stmtk_end_module},
+    {"ENDPROGRAM", 2, behind_nothing | behind_name, stmtk_end_program},
+    {"ENDSUBROUTINE", 2, behind_nothing | behind_name, stmtk_end_subroutine},
+    {"ENDTYPE", 1, behind_nothing | behind_name, stmtk_end_type},
+    {"BLOCKDATA", 2, behind_nothing | behind_name, stmtk_block_data},
+    {"INTERFACE", 2, behind_nothing | behind_name | behind_name_and_list, stmtk_interface},
+    {"MODULE", 1, behind_name, stmtk_module},
+    {"MODULEPROCEDURE", 2, behind_name | behind_names, stmtk_module_procedure},
+    {"NAMELIST", 2, behind_slash, stmtk_namelist},
+    {"PROGRAM", 1, behind_name, stmtk_program},
+    {"TYPE", 1, behind_name | behind_colon, stmtk_type_definition},
+};
+
+// The words that make a procedure of what they stand in front of, with or without a prefix.
+constexpr unit_row procedure_rows[] = {
+    {"FUNCTION", 2, behind_name_and_list, stmtk_subprogram},
+    {"SUBROUTINE", 2, behind_name | behind_name_and_list, stmtk_subprogram},
+};
+
+constexpr int most_words = 3; // END BLOCK DATA, or a prefix of two words
+
+program_unit_kind procedure_meant;
+bool procedure_has_prefix;
+
+bool is_word_character(char c) {
+    const char folded = char_fold(c);
+    return (folded >= 'A' && folded <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+}
+
+char *past_word(char *p) {
+    while (is_word_character(*p)) {
+        ++p;
+    }
+    return p;
+}
+
+text_behind text_at(char *p) {
+    p = past_blanks(p);
+    const bool has_name = is_word_character(*p);
+    if (has_name) {
+        p = past_blanks(past_word(p));
+    }
+    switch (*p) {
+    case '\0':
+    case '!':
+    case ';': return has_name ? behind_name : behind_nothing;
+    case '(': return has_name ? behind_name_and_list : behind_other;
+    case ',': return has_name ? behind_names : behind_other;
+    case '/': return has_name ? behind_other : behind_slash;
+    case ':': return has_name ? behind_other : behind_colon;
+    default: return behind_other;
+    }
+}
+
+template <std::size_t size>
+const unit_row *find_unit_row(const unit_row (&rows)[size], std::string_view words, char *rest) {
+    const text_behind text = text_at(rest);
+    const auto found = std::find_if(std::begin(rows), std::end(rows), [&](const unit_row &row) {
+        return (row.text & text) != 0 && word_distance(words, row.words) <= row.tolerance;
+    });
+    return found == std::end(rows) ? nullptr : found;
+}
+
+// Behind a word of a prefix: past the selector of a type.
+char *past_selector(char *p) {
+    p = past_blanks(p);
+    if (*p == '*') {
+        return past_word(past_blanks(p + 1));
+    }
+    if (*p == '(') {
+        while (*p != '\0' && *p != ')') {
+            ++p;
+        }
+        return *p == ')' ? p + 1 : p;
+    }
+    return p;
+}
+
+// Whether a statement of which the line ends at `p` is continued.
+bool goes_on_behind(char *p) {
+    if (text_at(p) != behind_nothing) {
+        return false;
+    }
+    line_cursor = p;
+    return next_token(lex_peek) != tok_eos;
+}
+
+// Whether FUNCTION or SUBROUTINE, or a word like them, stands in the statement; the rest of it begins at
+// `rest` then.
+bool find_procedure_word(char *&rest) {
+    rest = stmt_start;
+    for (int count = 0; count < most_words; ++count) {
+        char *const word = past_blanks(rest);
+        rest = past_word(word);
+        leading_words text;
+        if (rest == word || !text.add(word, static_cast<std::size_t>(rest - word))) {
+            return false;
+        }
+        if (const unit_row *row = find_unit_row(procedure_rows, text.text(), rest)) {
+            procedure_meant = row == procedure_rows ? uk_function : uk_subroutine;
+            procedure_has_prefix = count != 0;
+            return true;
+        }
+        rest = past_selector(rest);
+    }
+    return false;
+}
+
+// The same for the words of the other statements.
+const unit_row *find_unit_words(char *&rest) {
+    leading_words words;
+    rest = stmt_start;
+    for (int count = 0; count < most_words; ++count) {
+        char *const word = past_blanks(rest);
+        rest = past_word(word);
+        if (rest == word || !words.add(word, static_cast<std::size_t>(rest - word))) {
+            return nullptr;
+        }
+        if (const unit_row *row = find_unit_row(unit_rows, words.text(), rest)) {
+            // What is not misspelt was refused for something else.
+            return row->words == words.text() || goes_on_behind(rest) ? nullptr : row;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool classify_misspelt_unit(bool (*may_stand)(statement_kind kind)) {
+    char *rest;
+    statement_kind kind = stmtk_bad;
+    if (may_stand(stmtk_subprogram)) {
+        if (find_procedure_word(rest)) {
+            kind = stmtk_subprogram;
+        }
+    }
+    if (kind == stmtk_bad) {
+        const unit_row *const row = find_unit_words(rest);
+        if (!row || !may_stand(row->kind)) {
+            return false;
+        }
+        kind = row->kind;
+    }
+    curr_stmt_kind = kind;
+    stmt_resume = rest;
+    line_cursor = rest;
+    return true;
+}
+
 bool run_misspelt() {
     switch (curr_stmt_kind) {
     case stmtk_if_then: push_refused_construct(cons_block_if, stmk_if); break;
@@ -272,7 +464,8 @@ bool run_misspelt() {
     case stmtk_end_if: close_misspelt(cons_block_if); break;
     case stmtk_end_select: close_misspelt(cons_select); break;
     case stmtk_end_where: close_misspelt(cons_where); break;
-    default: break;
+    case stmtk_subprogram: begin_misspelt_procedure(procedure_meant, procedure_has_prefix); break;
+    default: dispatch_statement(); break;
     }
     return false;
 }

@@ -3,6 +3,8 @@
 // keeps the statements that follow from being reported for the same mistake.
 #pragma once
 
+#include "statements/kinds.h"
+
 #include <cstddef>
 #include <string_view>
 
@@ -24,8 +26,13 @@ enum misspelt_kinds : unsigned char {
 // its kind then. The cursor goes back to `stmt_resume`.
 bool classify_misspelt(misspelt_kinds kinds);
 
-// In place of the handler, for a kind that classify_misspelt has found: opens or closes the construct. False,
-// as from a statement in error.
+// For a statement of kind stmtk_bad: whether it was meant as one that begins or ends a unit or a part of one,
+// as CONTAINS does, and may stand where it does by `may_stand`. `curr_stmt_kind` and `stmt_resume` are those
+// of the statement meant then, and the cursor is there.
+bool classify_misspelt_unit(bool (*may_stand)(statement_kind kind));
+
+// In place of the handler, for a kind that classify_misspelt or classify_misspelt_unit has found: opens or
+// closes the construct, or does what the statement was meant for. False, as from a statement in error.
 bool run_misspelt();
 
 // The statement from `stmt_start` on, in whatever state it is; these move the cursor.
