@@ -58,6 +58,12 @@ bool is_known(const expr_node *node, bool must_fold, fold_outcome &outcome) {
 
 } // namespace
 
+void keep_fold_memo(expr_node *copy, const expr_node *original) {
+    if ((copy->fold_memo & ~memo_bits) == memo_of(original, fold_outcome{})) {
+        copy->fold_memo = memo_of(copy, static_cast<fold_outcome>(copy->fold_memo & memo_bits));
+    }
+}
+
 fold_outcome fold_failure(error_code code, expr_node *culprit) {
     error_at(code, culprit->source_pos);
     mark_error_node(culprit);
@@ -220,12 +226,11 @@ std::int64_t element_count_of_type(const type *t) {
 }
 
 // A scalar as each element of an array. More of them than can be listed become a repetition.
-fold_outcome spread_value(const expr_node *node, fold_value &scalar, fold_value &result) {
+fold_outcome spread_value(const expr_node *node, const fold_value &scalar, fold_value &result) {
     const std::int64_t count = element_count_of_type(node->type);
     if (count < 0 || count > UINT32_MAX) {
         return fold_outcome::never;
     }
-    convert_value(scalar, element_type_of(node->type));
     result = new_aggregate(node);
     if (count > effort_limit - std::min(effort, effort_limit)) {
         auto *repetition = il_new<constant>();
@@ -240,6 +245,21 @@ fold_outcome spread_value(const expr_node *node, fold_value &scalar, fold_value 
         append_element(result, scalar);
     }
     return fold_outcome::folded;
+}
+
+bool is_spread(const expr_node *node) {
+    return node->node_kind == enk_operation && node->op_kind == eok_spread && !is_array(node->operands->type);
+}
+
+// A text that is compared with the elements of an array keeps its own length, which may be more than theirs.
+fold_outcome fold_operand(const expr_node *node, expr_node *operand, fold_value &value, bool must_fold) {
+    const bool is_compared = node->op_kind >= eok_ceq && node->op_kind <= eok_cle;
+    if (!must_fold || !is_compared || !is_spread(operand)) {
+        return fold_node(operand, value, must_fold);
+    }
+    fold_value text;
+    const fold_outcome outcome = fold_node(operand->operands, text, must_fold);
+    return outcome == fold_outcome::folded ? spread_value(operand, text, value) : outcome;
 }
 
 fold_outcome fold_operation(expr_node *node, fold_value &value, bool must_fold) {
@@ -259,7 +279,8 @@ fold_outcome fold_operation(expr_node *node, fold_value &value, bool must_fold) 
         return fold_outcome::never;
     }
     fold_value a;
-    if (const fold_outcome outcome = fold_node(first, a, must_fold); outcome != fold_outcome::folded) {
+    if (const fold_outcome outcome = fold_operand(node, first, a, must_fold);
+        outcome != fold_outcome::folded) {
         return outcome;
     }
     if (!second) {
@@ -271,10 +292,15 @@ fold_outcome fold_operation(expr_node *node, fold_value &value, bool must_fold) 
             value = a;
             return fold_outcome::folded;
         }
-        return must_fold ? spread_value(node, a, value) : fold_outcome::not_here;
+        if (!must_fold) {
+            return fold_outcome::not_here;
+        }
+        convert_value(a, element_type_of(node->type));
+        return spread_value(node, a, value);
     }
     fold_value b;
-    if (const fold_outcome outcome = fold_node(second, b, must_fold); outcome != fold_outcome::folded) {
+    if (const fold_outcome outcome = fold_operand(node, second, b, must_fold);
+        outcome != fold_outcome::folded) {
         return outcome;
     }
     return is_array(node->type) ? apply_to_elements(node, a, &b, value, must_fold)

@@ -11,6 +11,9 @@ namespace zf90 {
 // that of a substring its length. False if the tree is in error, which has been reported, now or earlier.
 bool fold_expression(expr_node *node, fold_value &value, bool must_fold);
 
+// What is known of a node goes on to hold for a copy that takes its place, operands and all.
+void keep_fold_memo(expr_node *copy, const expr_node *original);
+
 // Gives the initial value of a named constant, which is held as a tree until somebody needs it, its folded
 // form; does nothing the second time. False if it is in error; that has been reported.
 bool check_initializer(constant *value);

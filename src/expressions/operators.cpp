@@ -3,6 +3,7 @@
 #include "expressions/operators.h"
 
 #include "constants/arithmetic.h"
+#include "constants/folding.h"
 #include "driver/diagnostics.h"
 #include "driver/options.h"
 #include "expressions/check.h"
@@ -356,6 +357,7 @@ operation_kind select_numeric(operation_kind selector, type *t) {
 void dissolve(expr_node *node) {
     const expr_node call = *node;
     *node = *call.operands;
+    keep_fold_memo(node, call.operands);
     node->il_id = call.il_id;
     node->next = call.next;
     copy_keyword(&call, node);

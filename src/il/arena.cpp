@@ -25,64 +25,19 @@ constexpr std::uint32_t tail_threshold = 220;
 constexpr std::int32_t region_number_ceiling = 0x7fffffff;
 constexpr std::size_t largest_request = 0x7fffffff;
 
-// The blocks of a large program are cut from chunks, which a system that has huge pages may back with them:
-// they save most of the page faults and of the address translation. A chunk is kept to the end of the run,
-// for the blocks of later regions.
-constexpr std::size_t huge_page_size = 0x200000;
-constexpr std::size_t chunk_size = 4 * huge_page_size;
-constexpr std::size_t bytes_before_chunks = 2 * huge_page_size; // in blocks of their own
-
-struct {
-    std::size_t bytes; // of all blocks made
-    unsigned char *chunk;
-    std::size_t rest;       // bytes at the end of the chunk that are in no block
-    region_block *returned; // blocks of chunks that are in no region
-} system_blocks;
-
 unsigned char *address(region_block *b) { return reinterpret_cast<unsigned char *>(b); }
 unsigned char *block_end(region_block *b) { return address(b) + b->end; }
 
 constexpr std::uint32_t round_up(std::uint32_t n) { return (n + 7u) & ~7u; }
 
-void new_chunk() {
-    void *chunk = std::aligned_alloc(huge_page_size, chunk_size);
-    if (!chunk) {
-        out_of_memory();
-    }
-#ifdef MADV_HUGEPAGE
-    madvise(chunk, chunk_size, MADV_HUGEPAGE);
+// Asks for the pages of a block at once, where the system can: one by one, each costs a fault.
+void populate([[maybe_unused]] void *block, [[maybe_unused]] std::uint32_t size) {
+#ifdef MADV_POPULATE_WRITE
+    constexpr std::uintptr_t page_size = 4096; // a larger page just fails the call
+    const auto address = reinterpret_cast<std::uintptr_t>(block);
+    const std::uintptr_t rest_of_page = (page_size - address % page_size) % page_size;
+    madvise(static_cast<char *>(block) + rest_of_page, size - rest_of_page, MADV_POPULATE_WRITE);
 #endif
-    system_blocks.chunk = static_cast<unsigned char *>(chunk);
-    system_blocks.rest = chunk_size;
-}
-
-region_block *block_from_system(std::uint32_t size) {
-    if (size != minimum_block_size || system_blocks.bytes < bytes_before_chunks) {
-        system_blocks.bytes += size;
-        return new (sys_alloc(size)) region_block();
-    }
-    void *place = system_blocks.returned;
-    if (place) {
-        system_blocks.returned = system_blocks.returned->next;
-    } else {
-        if (system_blocks.rest == 0) {
-            new_chunk();
-        }
-        place = system_blocks.chunk + (chunk_size - system_blocks.rest);
-        system_blocks.rest -= size;
-    }
-    region_block *b = new (place) region_block();
-    b->in_chunk = 1;
-    return b;
-}
-
-void return_to_system(region_block *b) {
-    if (b->in_chunk) {
-        b->next = system_blocks.returned;
-        system_blocks.returned = b;
-    } else {
-        std::free(b);
-    }
 }
 
 // A block with room for `n` bytes becomes the head of the region's list.
@@ -100,7 +55,11 @@ void obtain_block(std::int32_t region, std::uint32_t n) {
     } else {
         std::uint32_t size = n + region_block_header_size;
         size = size < minimum_block_size ? minimum_block_size : round_up(size);
-        b = block_from_system(size);
+        void *const place = sys_alloc(size);
+        if (size == minimum_block_size) {
+            populate(place, size);
+        }
+        b = new (place) region_block();
         b->total_size = size;
         b->first_free = region_block_header_size;
         b->end = size;
@@ -119,7 +78,7 @@ void unlink_free_block(region_block *f) {
 
 void release_block(region_block *b) {
     if (b->total_size != 0 && b->total_size == b->end) {
-        return_to_system(b);
+        std::free(b);
         return;
     }
     for (region_block *f = free_blocks; f;) {
@@ -136,7 +95,7 @@ void release_block(region_block *b) {
             // Measured from the payload, unlike above: a block that has grown back to its original span stays
             // on the free list, on purpose.
             if (b->total_size != 0 && b->total_size == b->end - region_block_header_size) {
-                return_to_system(b);
+                std::free(b);
                 return;
             }
         }

@@ -17,7 +17,7 @@ struct region_block {
     std::uint32_t total_size; // bytes obtained from the system; 0 for a block carved out of another's tail
     std::uint32_t first_free; // offset of the next byte to hand out
     std::uint32_t end;        // offset one past the last usable byte
-    std::uint32_t in_chunk;   // 1 for a block cut from a chunk of many
+    std::uint32_t spare;
 };
 
 inline constexpr std::uint32_t region_block_header_size = 24;

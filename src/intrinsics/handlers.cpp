@@ -58,6 +58,7 @@ bool finish_conversion(expr_node *node, type *result) {
         converted.element_sequence = node->element_sequence;
         converted.type = result;
         *node = converted;
+        keep_fold_memo(node, operand);
         return true;
     }
     set_expr_node_kind(node, enk_operation);

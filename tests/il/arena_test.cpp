@@ -5,7 +5,6 @@
 #include "support/front_end.h"
 
 #include <cstring>
-#include <set>
 
 // Under AddressSanitizer an allocation that can't be had returns null, as without it.
 extern "C" const char *__asan_default_options();
@@ -178,24 +177,6 @@ TEST_F(ArenaTest, RegionTableGrowsBy150) {
     EXPECT_EQ(region_table_size, size);
     new_region();
     EXPECT_EQ(region_table_size, size + 150);
-}
-
-TEST_F(ArenaTest, ALargeRegionUsesChunksAndALaterOneTheSame) {
-    constexpr std::int32_t bytes = 65512; // fills a block
-    std::set<void *> first;
-    for (int i = 0; i < 400; ++i) {
-        first.insert(std::memset(alloc_in_region(region, bytes), i, bytes));
-    }
-    EXPECT_EQ(first.size(), 400u);
-    EXPECT_TRUE(head()->in_chunk);
-    EXPECT_EQ(head()->total_size, 65536u);
-    free_region(region);
-    region = new_region();
-    int reused = 0;
-    for (int i = 0; i < 300; ++i) {
-        reused += static_cast<int>(first.count(std::memset(alloc_in_region(region, bytes), i, bytes)));
-    }
-    EXPECT_EQ(reused, 300);
 }
 
 TEST_F(ArenaTest, RegionNumbersHaveACeiling) {
