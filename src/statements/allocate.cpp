@@ -59,7 +59,11 @@ template <class Add> bool read_list(il_statement_kind kind, bool has_stat, Add a
         }
         add(s, e);
         switch (read_separator(has_stat ? lex_specifier | lex_signed : lex_signed)) {
-        case after_item::end: return true;
+        case after_item::end:
+            if (curr_token != tok_eos) {
+                excuse_last_name(e);
+            }
+            return true;
         case after_item::failure:
             mark_error_node(e); // who knows what was meant
             return false;

@@ -2,6 +2,7 @@
 // IF or a WHERE governs, and the names of constructs. Conditions, masks, selectors and case values stay as
 // they were parsed until the statements of the unit are checked.
 #include "constants/arithmetic.h"
+#include "expressions/check.h"
 #include "expressions/parser.h"
 #include "il/constants.h"
 #include "il/entries.h"
@@ -98,8 +99,17 @@ bool read_dependent_statement(const governing_statement &governing) {
     classify_inner_statement();
     if (curr_stmt_kind == stmtk_bad) {
         // What follows the condition may be a THEN, or may have been meant as one: its ELSE and END IF come.
-        const bool at_end = next_token(lex_peek) == tok_eos;
-        const bool begins = ends_with_then() || (governing.kind == stmk_if && (at_end || is_like_then(rest)));
+        const bool begins =
+            next_token(lex_peek) == tok_eos ||
+            (governing.kind == stmk_if ? ends_with_then() || is_like_then(rest) : !sets_something());
+        line_cursor = rest;
+        next_token(lex_peek);
+        if (skip_to_closing(tok_rparen)) {
+            mark_error_node(condition); // it goes on there
+        } else {
+            s->expr = new_error_node(); // it may have been meant for an arithmetic IF
+            s->expr->next = condition;
+        }
         open_if_meant(governing, begins);
         return false;
     }
@@ -300,6 +310,15 @@ bool parse_case_range(case_range *range) {
     return good;
 }
 
+// With something behind it that does not belong there, who knows what was meant.
+void give_up_range(case_range &range) {
+    for (constant *c : {range.low, range.high}) {
+        if (c) {
+            init_constant(c, ck_error);
+        }
+    }
+}
+
 // The ranges of a CASE in parentheses, and the token behind them.
 bool parse_case_ranges(case_range *&list) {
     list = nullptr;
@@ -308,10 +327,11 @@ bool parse_case_ranges(case_range *&list) {
     }
     bool good = true;
     const stop_at stops{tok_rparen, tok_comma};
+    case_range *last;
     for (case_range **end = &list;;) {
-        *end = new_case_range();
-        good = parse_case_range(*end) && good;
-        end = &(*end)->next;
+        *end = last = new_case_range();
+        good = parse_case_range(last) && good;
+        end = &last->next;
         if (curr_token != tok_comma) {
             break;
         }
@@ -319,6 +339,9 @@ bool parse_case_ranges(case_range *&list) {
     }
     if (!good && curr_token != tok_rparen) {
         return false;
+    }
+    if (curr_token != tok_rparen) {
+        give_up_range(*last);
     }
     return accept_token(tok_rparen, msg_expected_rparen, 0) && good;
 }

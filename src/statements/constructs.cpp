@@ -104,13 +104,6 @@ bool name_was_refused(const struct atom *name) {
     return false;
 }
 
-// An undefined terminal label is no second mistake once its loop has been reported.
-void excuse_label(symbol *label) {
-    if (label) {
-        label->aux2 |= lf_reported;
-    }
-}
-
 bool is_end(statement_kind kind) {
     return kind == stmtk_end_if || kind == stmtk_end_select || kind == stmtk_end_where;
 }
@@ -127,6 +120,15 @@ void pass_doubt_on(int ended) {
             outer.end_in_doubt = true;
             break;
         }
+    }
+}
+
+// A WHERE that is not ended as it should be: which statements it was to hold is not known.
+void give_up_mask(const construct_entry &entry) {
+    if (entry.kind == cons_where) {
+        expr_node *const mask = entry.statement->expr;
+        entry.statement->expr = new_error_node();
+        entry.statement->expr->next = mask;
     }
 }
 
@@ -270,6 +272,7 @@ void close_open_constructs() {
         if (entry.kind == cons_do) {
             entry.statement->do_loop = nullptr;
         }
+        give_up_mask(entry);
         pop_construct();
     }
 }
@@ -340,7 +343,7 @@ construct_name parse_construct_name() {
         error_at(msg_undefined_construct_name, curr_name.position);
         name.reported = true;
     }
-    next_token(0);
+    next_token(name.reported ? lex_peek : 0u); // the rest is passed over then
     return name;
 }
 
@@ -373,6 +376,7 @@ bool close_construct(construct_kind kind, const construct_name &name) {
             reported = true;
             error_at(msg_executable_constructs_are_incorrectly_nested, stmt_pos);
         }
+        give_up_mask(top_construct());
         pop_construct();
     }
     if (is_end(curr_stmt_kind)) {
@@ -519,6 +523,7 @@ void close_do_to(int entry, bool quiet) {
         if (!ends_here(inner)) {
             excuse_label(inner.end_label);
         }
+        give_up_mask(inner);
         pop_construct();
     }
     const construct_entry &loop = construct_stack[entry];

@@ -55,6 +55,13 @@ namespace {
 
 // ---- labels
 
+// With a part of the list missing, nobody knows whether these were meant.
+void excuse_labels(const label_list_entry *list) {
+    for (; list; list = list->next) {
+        excuse_label(list->label->symbol_link);
+    }
+}
+
 // Reads a list of labels in parentheses, and the token behind it. With `once`, a label that is repeated is
 // entered once. False if something was reported.
 bool parse_label_list(label_list_entry *&list, bool once) {
@@ -66,7 +73,11 @@ bool parse_label_list(label_list_entry *&list, bool once) {
     {
         const stop_at stops{tok_rparen, tok_comma};
         for (label_list_entry **end = &list;;) {
+            const bool is_bracket = curr_token == tok_lparen;
             symbol *s = read_label_reference(label_use_branch);
+            if (is_bracket) {
+                return false; // what it encloses was meant as the list
+            }
             good = good && s;
             if (s && !(once && (s->aux2 & lf_listed) != 0)) {
                 s->aux2 |= lf_listed;
@@ -249,6 +260,7 @@ bool stmt_arithmetic_if() {
         if (i > 0) {
             if (curr_token != tok_comma) {
                 syntax_error(msg_expected_comma);
+                excuse_labels(list);
                 return false;
             }
             next_token(lex_label);

@@ -212,6 +212,13 @@ void note_positional(io_control &c, io_specifier specifier) {
     c.io_written |= io_bit(specifier);
 }
 
+// The unit may have been meant for something else.
+void give_up_unit(io_control &c) {
+    if (c.description->unit_kind == iou_external) {
+        c.description->unit_kind = iou_error;
+    }
+}
+
 // The items that go without a keyword. True if others may follow, from the current token on.
 bool parse_positional_items(io_control &c) {
     if (at_keyword()) {
@@ -223,10 +230,13 @@ bool parse_positional_items(io_control &c) {
     }
     const bool takes_format = (c.io_allowed & io_bit(iosk_fmt)) != 0;
     if (!go_on_to_item(c, takes_format ? item_mode | lex_label : item_mode)) {
-        if (c.failed && c.description->unit_kind == iou_external) {
-            c.description->unit_kind = iou_error; // it may have been meant for something else
+        if (c.failed) {
+            give_up_unit(c);
         }
         return false;
+    }
+    if (c.skipped) {
+        give_up_unit(c);
     }
     if (!takes_format || at_keyword()) {
         return true;
@@ -235,6 +245,7 @@ bool parse_positional_items(io_control &c) {
     note_positional(c, is_group ? iosk_nml : iosk_fmt);
     if (!(is_group ? parse_group(c, false) : parse_format(c.description, false))) {
         c.failed = true;
+        c.io_seen &= ~io_bit(iosk_fmt); // one with its keyword may follow
     }
     return go_on_to_item(c, item_mode);
 }

@@ -8,6 +8,7 @@
 #include "statements/constructs.h"
 #include "statements/handlers.h"
 #include "statements/io_specifiers.h"
+#include "statements/labels.h"
 
 namespace zf90 {
 
@@ -38,6 +39,25 @@ bool parse_items(statement *s) {
     return good;
 }
 
+// With text behind the statement: whether it closes a bracket that the statement has lost.
+bool closes_lost_bracket() {
+    const saved_place here;
+    return curr_token != tok_eos && skip_to_closing(tok_rparen);
+}
+
+// A control list may have been meant.
+void give_up_short_form(const statement *s) {
+    const input_output_description *d = s->io_descr;
+    if (d->format_kind == iof_format_label) {
+        excuse_label(d->format.label->symbol_link);
+    } else if (d->format_kind == iof_char_expr) {
+        mark_error_node(d->format.expr);
+    }
+    for (expr_node *item = s->expr; item; item = item->next) {
+        mark_error_node(item);
+    }
+}
+
 // Behind the word: a format, and items behind a comma.
 bool parse_short_form(const io_statement &io) {
     input_output_description *d = io.made->io_descr;
@@ -53,6 +73,9 @@ bool parse_short_form(const io_statement &io) {
     if (curr_token == tok_comma) {
         next_token(lex_signed);
         good = parse_items(io.made) && good;
+    }
+    if (good && closes_lost_bracket()) {
+        give_up_short_form(io.made);
     }
     return good;
 }

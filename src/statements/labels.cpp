@@ -155,6 +155,12 @@ symbol *read_label_reference(label_use use) {
     return s;
 }
 
+void excuse_label(symbol *label) {
+    if (label) {
+        label->aux2 |= lf_reported;
+    }
+}
+
 namespace {
 
 // The number of the construct that a label being defined belongs to. One on END SELECT belongs to all

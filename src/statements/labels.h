@@ -32,6 +32,9 @@ symbol *refer_to_label(const name_locator &name, label_use use);
 // it.
 symbol *read_label_reference(label_use use);
 
+// What refers to the label is in error: that it is not defined is no second mistake. It may be null.
+void excuse_label(symbol *label);
+
 // Judges a branch to an executable label from the construct that is open now, or notes where its definition
 // stands: warnings 270 and 309.
 void note_label_position(symbol *label, bool is_definition, source_pos position);

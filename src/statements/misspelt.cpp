@@ -433,22 +433,17 @@ const unit_row *find_unit_words(char *&rest) {
 
 bool classify_misspelt_unit(bool (*may_stand)(statement_kind kind)) {
     char *rest;
-    statement_kind kind = stmtk_bad;
-    if (may_stand(stmtk_subprogram)) {
-        if (find_procedure_word(rest)) {
-            kind = stmtk_subprogram;
-        }
+    if (may_stand(stmtk_subprogram) && find_procedure_word(rest)) {
+        curr_stmt_kind = stmtk_subprogram;
+        stmt_resume = rest;
+    } else if (const unit_row *row = find_unit_words(rest); row && may_stand(row->kind)) {
+        curr_stmt_kind = row->kind;
+        stmt_resume = rest;
+    } else {
+        line_cursor = stmt_resume;
+        return false;
     }
-    if (kind == stmtk_bad) {
-        const unit_row *const row = find_unit_words(rest);
-        if (!row || !may_stand(row->kind)) {
-            return false;
-        }
-        kind = row->kind;
-    }
-    curr_stmt_kind = kind;
-    stmt_resume = rest;
-    line_cursor = rest;
+    line_cursor = stmt_resume;
     return true;
 }
 
