@@ -229,7 +229,7 @@ bool read_intent_spec(attribute_set &set) {
         const stop_at stop({tok_rparen});
         error_pos = curr_token_pos;
         syntax_error(msg_intent_specification_is_not_in_out_or_inout);
-        break;
+        return accept_token(tok_rparen, msg_expected_rparen, 0); // without an intent any argument will do
     }
     }
     set[intent] = true;

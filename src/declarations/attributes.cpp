@@ -194,8 +194,7 @@ void merge_shape(attribute_check &c, const type *t) {
         c.state(shape_attribute(t->array.shape_kind));
     }
     const type *element = t->array.element_type;
-    c.state_if(element->type_code == tk_fcharacter && may_be_automatic(c.s) &&
-                   element->character.length.kind != bound_constant,
+    c.state_if(element->type_code == tk_fcharacter && may_be_automatic(c.s) && has_open_length(element),
                attr_automatic);
 }
 
@@ -322,6 +321,12 @@ attribute shape_attribute(enum shape_kind kind) {
     case assumed_shape: return attr_assumed_shape;
     default: return attr_deferred_shape;
     }
+}
+
+bool has_open_length(const type *text) {
+    const bound &length = text->character.length;
+    return length.kind != bound_constant &&
+           (length.kind != bound_expression || length.expr->node_kind != enk_error);
 }
 
 bool keeps_shape(const attribute_set &set, const type *array) {

@@ -38,4 +38,7 @@ bool keeps_shape(const attribute_set &set, const type *array);
 // The attribute of an array's shape.
 attribute shape_attribute(enum shape_kind kind);
 
+// Whether a length other than a number has not been reported as in error.
+bool has_open_length(const type *text);
+
 } // namespace zf90

@@ -334,8 +334,9 @@ bool check_components(const type *t) {
         if (s && s->entity == c && c->type->type_code != tk_error) {
             const type *element = element_type_of(c->type);
             attribute_set set{};
-            set[attr_automatic] =
-                element->type_code == tk_fcharacter && element->character.length.kind == bound_expression;
+            set[attr_automatic] = element->type_code == tk_fcharacter &&
+                                  element->character.length.kind == bound_expression &&
+                                  has_open_length(element);
             good &= check_attributes(s, set, c->source_corresp.decl_position);
         }
     }

@@ -171,8 +171,8 @@ void finish_derived_type(type *t) {
             settle_component_type(c, t);
         }
         const type *element = element_type_of(c->type);
-        if (!is_derived(element)) {
-            check_type(c->type, nullptr); // its size is needed at once
+        if (!is_derived(element) && !check_type(c->type, nullptr)) { // its size is needed at once
+            c->type = error_type();
         }
         t->contains_ptrs |= c->is_pointer || (is_derived(element) && element->contains_ptrs);
     }

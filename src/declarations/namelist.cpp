@@ -173,6 +173,9 @@ symbol *declare_namelist(symbol *s, const name_locator &name) {
 bool stmt_namelist() {
     if (next_token(lex_lone_slash) != tok_slash) {
         error_pos = curr_token_pos;
+        if (curr_token == tok_name && !lookup_current()) {
+            declare_namelist(nullptr, curr_name); // it was meant as a group
+        }
         syntax_error(msg_expected_slash);
         return false;
     }

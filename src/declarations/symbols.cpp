@@ -511,6 +511,15 @@ static symbol *outermost_meaning(symbol *s) {
     return s;
 }
 
+// Where the use of a name is marked. A definition of a type has components and no other names of its own: a
+// name that its bounds use and nobody has declared so far is the unit's.
+static symbol *used_symbol(symbol *s) {
+    auto *const outer = s->kind == sk_host_candidate ? static_cast<symbol *>(s->aux) : nullptr;
+    const bool is_of_unit =
+        curr_row().row_kind == sr_derived_type && outer && outer->kind == sk_host_candidate;
+    return is_of_unit ? outer : s;
+}
+
 symbol *lookup_reference() {
     symbol *s = lookup_current();
     const std::uint32_t mark = used_in_bound ? sf_used_as_bound : sf_referenced;
@@ -518,9 +527,9 @@ symbol *lookup_reference() {
         s = new_candidate();
     }
     // The link is marked too: its marks replace those of the target when its scope is closed.
-    s->flags |= mark;
+    used_symbol(s)->flags |= mark;
     s = follow_links(s);
-    s->flags |= mark;
+    used_symbol(s)->flags |= mark;
     if (spec_part_over && curr_row().row_kind == sr_unit) {
         s->flags |= sf_used_in_body;
     }

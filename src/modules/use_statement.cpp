@@ -28,6 +28,22 @@ const char *name_of(const used_module &m) { return m.name.atom->spelling; }
 
 // ---- a module's symbol gives its meaning to a local one
 
+// The generic meaning that an imported generic adds to: that of its name outside of the scope, or under a new
+// name, if that has none, the intrinsic of its name in the module.
+interface *extended_interface(const interface *generic, const symbol *local) {
+    interface *const outer = inherited_interface(local);
+    const atom *name = generic->source_corresp.name;
+    if (outer || !name || name == local->name) {
+        return outer;
+    }
+    for (symbol_kind kind : {sk_intrinsic_function, sk_intrinsic_subroutine}) {
+        if (const symbol *intrinsic = find_kind(name, kind)) {
+            return entity_as<interface>(intrinsic);
+        }
+    }
+    return nullptr;
+}
+
 named_entry *copy_of_entity(const symbol *module_symbol, symbol *local, std::int32_t level) {
     switch (module_symbol->kind) {
     case sk_derived_type: {
@@ -41,7 +57,7 @@ named_entry *copy_of_entity(const symbol *module_symbol, symbol *local, std::int
     case sk_internal_function: return use_routine(entity_as<object>(module_symbol), level);
     case sk_interface: {
         interface *copy = use_interface(entity_as<interface>(module_symbol), level);
-        copy->inherited = inherited_interface(local);
+        copy->inherited = extended_interface(copy, local);
         return copy;
     }
     default: {
@@ -66,7 +82,10 @@ void copy_use_entity(const symbol *module_symbol, symbol *local, std::int32_t le
         local->aux2 |= module_symbol->aux2 & pf_body_seen;
     }
     if (kind == sk_subroutine || kind == sk_function) {
-        enter_external(local);
+        if (copy->source_corresp.name == local->name) {
+            enter_external(local);
+        }
+        local->aux2 |= pf_entered; // a new name is no external one, and the copier has entered the other
     }
 }
 
@@ -176,7 +195,11 @@ void read_rename(const used_module &m) {
         }
         return;
     }
-    use_symbol(local, name, find_in_module(m.module, curr_name.atom), m);
+    symbol *module_symbol = find_in_module(m.module, curr_name.atom);
+    use_symbol(local, name, module_symbol, m);
+    if (module_symbol) {
+        note_import(module_symbol, m.level); // also if the new name has the meaning already
+    }
     next_token(0);
 }
 

@@ -162,6 +162,23 @@ bool at_unknown_keyword() {
 
 bool at_keyword() { return specifier_of(curr_token) != iosk_last || at_unknown_keyword(); }
 
+// The unit may have been meant for something else.
+void give_up_unit(io_control &c) {
+    if (c.description->unit_kind == iou_external) {
+        c.description->unit_kind = iou_error;
+    }
+}
+
+// Where a specifier is repeated, the first one may have been meant for something else, such as `REC1` for
+// `REC=1`.
+void give_up_item(io_control &c, io_specifier specifier) {
+    if (specifier == iosk_unit) {
+        give_up_unit(c);
+    } else if (specifier == iosk_fmt && c.description->format_kind == iof_char_expr) {
+        mark_error_node(c.description->format.expr);
+    }
+}
+
 // Reads one item with its keyword. False if there is none, or an unknown one.
 bool parse_keyword_item(io_control &c) {
     const io_specifier specifier = specifier_of(curr_token);
@@ -179,6 +196,7 @@ bool parse_keyword_item(io_control &c) {
     const bool refused = fault != error_code{};
     if (refused) {
         refuse(c, fault, position);
+        give_up_item(c, specifier);
     } else {
         c.io_seen |= io_bit(specifier);
     }
@@ -198,8 +216,11 @@ bool go_on_to_item(io_control &c, std::uint32_t mode) {
     if (curr_token == tok_rparen) {
         return false;
     }
+    if (c.failed && curr_token != tok_comma) { // that was the end of what can be understood
+        recover_tokens();
+    }
     c.skipped = c.skipped || curr_token != tok_comma;
-    if (accept_token(tok_comma, msg_expected_comma, mode)) {
+    if (c.failed ? accept_optional(tok_comma, mode) : accept_token(tok_comma, msg_expected_comma, mode)) {
         c.failed = c.failed || c.skipped;
         return true;
     }
@@ -210,13 +231,6 @@ bool go_on_to_item(io_control &c, std::uint32_t mode) {
 void note_positional(io_control &c, io_specifier specifier) {
     c.io_seen |= io_bit(specifier);
     c.io_written |= io_bit(specifier);
-}
-
-// The unit may have been meant for something else.
-void give_up_unit(io_control &c) {
-    if (c.description->unit_kind == iou_external) {
-        c.description->unit_kind = iou_error;
-    }
 }
 
 // The items that go without a keyword. True if others may follow, from the current token on.

@@ -9,6 +9,7 @@
 #include "statements/handlers.h"
 #include "statements/io_specifiers.h"
 #include "statements/labels.h"
+#include "statements/loop.h"
 
 namespace zf90 {
 
@@ -26,10 +27,47 @@ io_statement begin_io(il_statement_kind kind) {
     return {s, begin_io_control(s->io_descr, kind)};
 }
 
+// With text behind the statement: whether it closes a bracket that the statement has lost.
+bool closes_lost_bracket() {
+    const saved_place here;
+    return curr_token != tok_eos && skip_to_closing(tok_rparen);
+}
+
+// Brackets don't fit: what has been read may have been meant for something else.
+void give_up_parts(const statement *s) {
+    input_output_description *d = s->io_descr;
+    if (d->unit_kind == iou_external) {
+        d->unit_kind = iou_error;
+    }
+    if (d->format_kind == iof_format_label) {
+        excuse_label(d->format.label->symbol_link);
+    } else if (d->format_kind == iof_char_expr) {
+        mark_error_node(d->format.expr);
+    }
+    for (expr_node *value = d->specifier_list; value; value = value->next) {
+        if (value->node_kind != enk_stmt_label_value && value->node_kind != enk_empty) {
+            mark_error_node(value);
+        }
+    }
+    for (expr_node *item = s->expr; item; item = item->next) {
+        mark_error_node(item);
+    }
+}
+
 // The items of input and output; that those of input are variables is for the check to say.
 bool parse_items(statement *s) {
+    char *const begin = token_start;
     const bool good = parse_element_list(parse_expression, s->expr, false);
-    if (good && curr_token != tok_eos) {
+    if (!good) {
+        line_cursor = begin;
+        next_token(lex_peek);
+        if (closes_lost_bracket()) {
+            give_up_parts(s);
+        }
+        skip_to_eos();
+    } else if (closes_lost_bracket()) {
+        give_up_parts(s);
+    } else if (curr_token != tok_eos) {
         expr_node *last = s->expr;
         while (last->next) {
             last = last->next;
@@ -37,25 +75,6 @@ bool parse_items(statement *s) {
         excuse_last_name(last);
     }
     return good;
-}
-
-// With text behind the statement: whether it closes a bracket that the statement has lost.
-bool closes_lost_bracket() {
-    const saved_place here;
-    return curr_token != tok_eos && skip_to_closing(tok_rparen);
-}
-
-// A control list may have been meant.
-void give_up_short_form(const statement *s) {
-    const input_output_description *d = s->io_descr;
-    if (d->format_kind == iof_format_label) {
-        excuse_label(d->format.label->symbol_link);
-    } else if (d->format_kind == iof_char_expr) {
-        mark_error_node(d->format.expr);
-    }
-    for (expr_node *item = s->expr; item; item = item->next) {
-        mark_error_node(item);
-    }
 }
 
 // Behind the word: a format, and items behind a comma.
@@ -74,22 +93,32 @@ bool parse_short_form(const io_statement &io) {
         next_token(lex_signed);
         good = parse_items(io.made) && good;
     }
-    if (good && closes_lost_bracket()) {
-        give_up_short_form(io.made);
-    }
     return good;
 }
 
 // A control list, and items behind it.
 bool parse_long_form(io_statement &io) {
     bool good = parse_io_control(io.control);
+    if (io.control.failed && curr_token == tok_comma) {
+        return false; // the list goes on
+    }
     if (good && curr_token != tok_eos && io.made->io_descr->format_kind != iof_namelist_directed) {
         good = parse_items(io.made);
     }
     return good && !io.control.failed;
 }
 
-bool parse_without_items(io_statement &io) { return parse_io_control(io.control) && !io.control.failed; }
+// Behind the last part of a statement that has no items.
+bool end_without_items(const statement *s, bool good) {
+    if (good && curr_token != tok_eos) {
+        give_up_parts(s);
+    }
+    return good;
+}
+
+bool parse_without_items(io_statement &io) {
+    return end_without_items(io.made, parse_io_control(io.control) && !io.control.failed);
+}
 
 // A unit alone, or a control list.
 bool parse_positioning(il_statement_kind kind) {
@@ -97,7 +126,7 @@ bool parse_positioning(il_statement_kind kind) {
     if (next_token(lex_signed) == tok_lparen) {
         return parse_without_items(io);
     }
-    return parse_unit(io.control, false);
+    return end_without_items(io.made, parse_unit(io.control, false));
 }
 
 } // namespace
@@ -134,12 +163,12 @@ bool stmt_close() {
 bool stmt_inquire() {
     io_statement io = begin_io(stmk_inquire);
     next_token(0);
-    bool good = parse_io_control(io.control);
+    const bool good = parse_io_control(io.control);
     const bool needs_items = !io.control.failed || curr_token != tok_eos; // one message is enough
     if (good && is_seen(io.control, iosk_iolength) && needs_items) {
-        good = parse_items(io.made);
+        return parse_items(io.made) && !io.control.failed;
     }
-    return good && !io.control.failed;
+    return end_without_items(io.made, good && !io.control.failed);
 }
 
 bool stmt_backspace() { return parse_positioning(stmk_backspace); }
