@@ -219,6 +219,9 @@ bool read_set() {
     return accept_token(tok_slash, msg_expected_slash, 0) && good;
 }
 
+// Behind a set in error, whose end may have been taken wrongly: whether another one may begin here.
+bool begins_set() { return curr_token == tok_name || curr_token == tok_lparen; }
+
 } // namespace
 
 bool stmt_data() {
@@ -227,7 +230,10 @@ bool stmt_data() {
     // The comma between sets is optional.
     do {
         good = read_set() && good;
-    } while (accept_optional(tok_comma, 0) || curr_token != tok_eos);
+    } while ((accept_optional(tok_comma, 0) || curr_token != tok_eos) && (good || begins_set()));
+    if (!good) {
+        skip_to_eos();
+    }
     return good;
 }
 

@@ -29,6 +29,7 @@ name_locator stmt_label;
 char label_text[max_label_digits + 1];
 source_pos label_pos;
 char *line_cursor;
+bool lines_run_together;
 
 namespace {
 
@@ -255,9 +256,12 @@ bool pending_line_continues() {
     return line_kind == line_continuation || (!fixed_form_input && line_kind == line_initial);
 }
 
-// The statement takes no more lines: the rest of its lines are passed over. In free form, a line that does
-// not begin with "&" belongs to it only if the line before announces it.
+// The statement takes no more lines, so what it lacks at its end is not told: the rest of its lines are
+// passed over. In free form, a line that does not begin with "&" belongs to it only if the line before
+// announces it.
 void drop_rest_of_statement() {
+    stmt_overflowed = true;
+    lines_run_together = true;
     bool announced = true;
     while (line_kind == line_continuation || (announced && pending_line_continues())) {
         announced = announces_continuation(line_text_start);
@@ -354,7 +358,6 @@ void append_line_to_statement() {
     }
     if (segment_count == max_statement_lines) {
         error_at_line(msg_too_many_lines_in_statement, nullptr);
-        stmt_overflowed = true;
         drop_rest_of_statement();
         return;
     }
@@ -366,7 +369,6 @@ void append_line_to_statement() {
     const auto room = static_cast<std::size_t>(stmt_buffer + stmt_buffer_size - stmt_write_pos);
     if (size > room) {
         error_at_line(msg_statement_is_too_large, line_buffer + room);
-        stmt_overflowed = true;
         drop_rest_of_statement();
         return;
     }
@@ -434,8 +436,6 @@ bool next_segment() {
     append_line_to_statement();
     return !stmt_overflowed;
 }
-
-bool lines_run_together;
 
 // Whether the line behind that of the cursor begins with an "&".
 static bool marked_line_follows() {

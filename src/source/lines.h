@@ -67,8 +67,9 @@ bool next_segment();
 // the text of the next line.
 bool free_form_continuation(bool between_tokens);
 
-// Set when text behind such an "&" has been reported: the next line is part of the statement all the same, so
-// what is wrong from there on is no other mistake. The statement loop clears it.
+// Set when text behind such an "&" has been reported, when a line that holds nothing else has been, and when
+// the statement takes no more lines: what is wrong from there on is no other mistake. The statement loop
+// clears it.
 extern bool lines_run_together;
 
 // With the cursor at a "!": past the comment.

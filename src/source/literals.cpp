@@ -56,7 +56,11 @@ token_kind unterminated(token_kind token, error_code code) {
     if (lex_peeking) {
         return tok_none;
     }
-    bad_value(code);
+    if (stmt_overflowed) {
+        set_error_constant(); // its end may be on a line that was not taken
+    } else {
+        bad_value(code);
+    }
     return token;
 }
 
