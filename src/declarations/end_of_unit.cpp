@@ -128,9 +128,11 @@ void make_external(symbol *s, symbol_kind kind, type *return_type) {
     enter_if_named(s);
 }
 
-// Whether CALL makes a name a subroutine. A name with a declared type is a function: the CALL is the mistake.
+// Whether CALL makes a name a subroutine. A name with a declared type that is referenced as a function too
+// stays a function: the CALL is the mistake.
 bool is_called_subroutine(const symbol *s) {
-    return (s->flags & sf_called_as_subroutine) && !has_explicit_type(s);
+    return (s->flags & sf_called_as_subroutine) &&
+           !(has_explicit_type(s) && (s->flags & sf_called_as_function));
 }
 
 // Whether a scalar that has been called is data all the same, by what else is done with its name: the
@@ -263,7 +265,8 @@ void pass_on_marks(const symbol *s) {
     } else {
         outer->flags |= (referenced ? sf_referenced : 0u) | (used_as_bound ? sf_used_as_bound : 0u);
     }
-    outer->flags |= s->flags & (sf_called | sf_called_as_subroutine | sf_used_as_data);
+    outer->flags |=
+        s->flags & (sf_called | sf_called_as_subroutine | sf_called_as_function | sf_used_as_data);
 }
 
 } // namespace

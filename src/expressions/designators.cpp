@@ -265,7 +265,7 @@ expr_node *finish_list() {
         mark_error_node(node);
     }
     if (list.in_designator && !list.has_triplet) {
-        list.symbol->flags |= sf_called;
+        list.symbol->flags |= sf_called | sf_called_as_function;
     } else if (list.has_triplet && is_character_symbol(list.symbol)) {
         list.symbol->flags |= sf_used_as_data; // a substring of a scalar or a section of an array
     }

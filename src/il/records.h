@@ -472,7 +472,8 @@ enum symbol_flags : std::uint32_t {
     sf_called_as_subroutine = 1u << 16,
     sf_clash_reported = 1u << 17, // with a name from a module
     sf_used_in_body = 1u << 18,   // named in an executable statement
-    sf_used_as_data = 1u << 19,   // named where no procedure can stand
+    sf_called_as_function = 1u << 19,
+    sf_used_as_data = 1u << 20, // named where no procedure can stand
 };
 
 // `var_flags` of sk_variable and sk_dummy.

@@ -150,8 +150,8 @@ TEST_F(EndOfUnitTest, ExternalNames) {
     EXPECT_EQ(function->kind, sk_function);
     EXPECT_EQ(object_of(function)->type->routine.return_type, default_real());
     EXPECT_EQ(subroutine->kind, sk_subroutine);
-    EXPECT_EQ(both->kind, sk_function); // the CALL is the mistake
-    EXPECT_EQ(object_of(both)->type->routine.return_type, default_logical());
+    EXPECT_EQ(both->kind, sk_subroutine);
+    EXPECT_EQ(object_of(both)->type->routine.return_type, void_type());
     EXPECT_EQ(names(scope_stack[0].il_scope->objects), "A B C D E");
 }
 
