@@ -15,11 +15,12 @@ FILES = [
     "share/doc/zf90/editors/vscode/tasks.json", "share/doc/zf90/examples/backend/units.cpp",
     "share/emacs/site-lisp/zf90.el", "share/vim/vimfiles/compiler/zf90.vim",
 ]
+ENVIRONMENT = {name: value for name, value in os.environ.items() if name != "DESTDIR"}  # the prefix says where
 
 
 def run(*arguments, cwd=None):
     """Returns what the command prints; ends the check if it fails."""
-    done = subprocess.run(arguments, cwd=cwd, capture_output=True, check=False)
+    done = subprocess.run(arguments, cwd=cwd, env=ENVIRONMENT, capture_output=True, check=False)
     if done.returncode != 0:
         sys.exit(f"{' '.join(arguments)}: status {done.returncode}\n{(done.stdout + done.stderr).decode()}")
     return done.stdout.decode("latin-1")

@@ -78,6 +78,10 @@ error_code check_existing(procedure_header &h, symbol *&s, const name_locator &n
         if (!(s->flags & sf_typed)) {
             return no_error;
         }
+        if (entity_as<type>(s)->type_code == tk_error) {
+            s->flags &= ~std::uint32_t{sf_typed}; // what was declared in error may have been this procedure
+            return no_error;
+        }
         if (h.is_function && h.is_entry) {
             h.given = entity_as<type>(s);
             return no_error;
