@@ -77,8 +77,9 @@ extern bool module_mode;
 extern const object *module_being_written;
 
 // Two passes over everything reachable from the root, each entry once a pass, an entry before its children
-// and its name before it. A pre-step, if not null, is called with the root first; a visitor may be null.
-// Depth costs memory, not stack.
+// and its name before it. The second pass visits what the first one has met, whatever its visitor has
+// changed. A pre-step, if not null, is called with the root first; a visitor may be null. Depth costs memory,
+// not stack.
 void walk_il(il_entry *root, entry_kind kind, std::uint32_t size, il_visitor first_pre_step,
              il_visitor first_visitor, il_visitor second_pre_step, il_visitor second_visitor);
 

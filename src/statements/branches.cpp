@@ -107,8 +107,7 @@ bool read_dependent_statement(const governing_statement &governing) {
         if (skip_to_closing(tok_rparen)) {
             mark_error_node(condition); // it goes on there
         } else {
-            s->expr = new_error_node(); // it may have been meant for an arithmetic IF
-            s->expr->next = condition;
+            give_up_condition(s); // it may have been meant for an arithmetic IF
         }
         open_if_meant(governing, begins);
         return false;

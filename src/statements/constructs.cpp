@@ -126,9 +126,7 @@ void pass_doubt_on(int ended) {
 // A WHERE that is not ended as it should be: which statements it was to hold is not known.
 void give_up_mask(const construct_entry &entry) {
     if (entry.kind == cons_where) {
-        expr_node *const mask = entry.statement->expr;
-        entry.statement->expr = new_error_node();
-        entry.statement->expr->next = mask;
+        give_up_condition(entry.statement);
     }
 }
 
@@ -275,6 +273,12 @@ void close_open_constructs() {
         give_up_mask(entry);
         pop_construct();
     }
+}
+
+void give_up_condition(statement *s) {
+    expr_node *const condition = s->expr;
+    s->expr = new_error_node();
+    s->expr->next = condition;
 }
 
 statement *add_statement(il_statement_kind kind) {

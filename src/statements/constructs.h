@@ -88,6 +88,10 @@ void close_open_constructs();
 // body it stands on no list.
 statement *add_statement(il_statement_kind kind);
 
+// What governs the statement may have been meant for something else: it is checked, but what its type should
+// be is not told.
+void give_up_condition(statement *s);
+
 // Warning 152 for the first statement of a dead stretch. Called first by every executable handler.
 void check_reachable();
 

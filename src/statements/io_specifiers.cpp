@@ -162,18 +162,11 @@ bool at_unknown_keyword() {
 
 bool at_keyword() { return specifier_of(curr_token) != iosk_last || at_unknown_keyword(); }
 
-// The unit may have been meant for something else.
-void give_up_unit(io_control &c) {
-    if (c.description->unit_kind == iou_external) {
-        c.description->unit_kind = iou_error;
-    }
-}
-
 // Where a specifier is repeated, the first one may have been meant for something else, such as `REC1` for
 // `REC=1`.
 void give_up_item(io_control &c, io_specifier specifier) {
     if (specifier == iosk_unit) {
-        give_up_unit(c);
+        give_up_unit(c.description);
     } else if (specifier == iosk_fmt && c.description->format_kind == iof_char_expr) {
         mark_error_node(c.description->format.expr);
     }
@@ -245,12 +238,12 @@ bool parse_positional_items(io_control &c) {
     const bool takes_format = (c.io_allowed & io_bit(iosk_fmt)) != 0;
     if (!go_on_to_item(c, takes_format ? item_mode | lex_label : item_mode)) {
         if (c.failed) {
-            give_up_unit(c);
+            give_up_unit(c.description);
         }
         return false;
     }
     if (c.skipped) {
-        give_up_unit(c);
+        give_up_unit(c.description);
     }
     if (!takes_format || at_keyword()) {
         return true;
@@ -357,6 +350,12 @@ bool parse_format(input_output_description *d, bool quiet) {
         }
     }
     return kind != iof_error;
+}
+
+void give_up_unit(input_output_description *description) {
+    if (description->unit_kind == iou_external) {
+        description->unit_kind = iou_error;
+    }
 }
 
 bool parse_io_control(io_control &c) {

@@ -39,6 +39,9 @@ bool parse_unit(const io_control &c, bool quiet);
 // Reads a format: a label, "*" or an expression, at a token that was read with lex_label. The same result.
 bool parse_format(input_output_description *description, bool quiet);
 
+// What was read as an external unit may have been meant for something else.
+void give_up_unit(input_output_description *description);
+
 // Reads the list with its parentheses, from the "(" on, and the token behind it as one that an item begins
 // with. False if something was reported that leaves the rest of the statement without a meaning; `failed` is
 // set after any error.

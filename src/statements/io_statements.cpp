@@ -29,16 +29,17 @@ io_statement begin_io(il_statement_kind kind) {
 
 // With text behind the statement: whether it closes a bracket that the statement has lost.
 bool closes_lost_bracket() {
+    if (curr_token == tok_eos) {
+        return false;
+    }
     const saved_place here;
-    return curr_token != tok_eos && skip_to_closing(tok_rparen);
+    return skip_to_closing(tok_rparen);
 }
 
 // Brackets don't fit: what has been read may have been meant for something else.
 void give_up_parts(const statement *s) {
     input_output_description *d = s->io_descr;
-    if (d->unit_kind == iou_external) {
-        d->unit_kind = iou_error;
-    }
+    give_up_unit(d);
     if (d->format_kind == iof_format_label) {
         excuse_label(d->format.label->symbol_link);
     } else if (d->format_kind == iof_char_expr) {

@@ -216,6 +216,16 @@ void enter_lost_body() {
     }
 }
 
+program_unit_kind unit_of_end(statement_kind kind) {
+    switch (kind) {
+    case stmtk_end_program: return uk_program;
+    case stmtk_end_subroutine: return uk_subroutine;
+    case stmtk_end_function: return uk_function;
+    case stmtk_end_block_data: return uk_block_data;
+    default: return uk_module;
+    }
+}
+
 // Whether the END that is read is not that of the lost body but that of the unit around it.
 bool ends_unit_around() {
     switch (curr_stmt_kind) {
@@ -223,8 +233,7 @@ bool ends_unit_around() {
     case stmtk_end_subroutine: break;
     default: return true;
     }
-    const program_unit_kind own = curr_stmt_kind == stmtk_end_function ? uk_function : uk_subroutine;
-    if (unit_kind_of(unit_level()) != own) {
+    if (unit_kind_of(unit_level()) != unit_of_end(curr_stmt_kind)) {
         return false;
     }
     const saved_place place;
@@ -610,16 +619,6 @@ bool may_be_misspelt() {
     case uk_subroutine:
     case uk_function: return true;
     default: return false;
-    }
-}
-
-program_unit_kind unit_of_end(statement_kind kind) {
-    switch (kind) {
-    case stmtk_end_program: return uk_program;
-    case stmtk_end_subroutine: return uk_subroutine;
-    case stmtk_end_function: return uk_function;
-    case stmtk_end_block_data: return uk_block_data;
-    default: return uk_module;
     }
 }
 
